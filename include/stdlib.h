@@ -1,0 +1,95 @@
+/* <stdlib.h> - C11 7.22, K.3.6: general utilities. */
+#ifndef _STDLIB_H
+#define _STDLIB_H
+
+#include <_vexrt.h>
+
+#define EXIT_SUCCESS 0
+#define EXIT_FAILURE 1
+#define RAND_MAX 32767
+#define RSIZE_MAX _VEXRT_RSIZE_MAX
+#define MB_CUR_MAX __mbcurmax
+
+typedef struct {
+    int quot, rem;
+} div_t;
+typedef struct {
+    long quot, rem;
+} ldiv_t;
+typedef struct {
+    long long quot, rem;
+} lldiv_t;
+
+/* A runtime-constraint handler: a message, null, and the errno value of the violation. */
+typedef void (*constraint_handler_t)(const char *_VEXRT_RESTRICT msg, void *_VEXRT_RESTRICT ptr,
+                                     errno_t error);
+
+_VEXRT_BEGIN
+
+/* ---- The program's arguments ---- */
+
+/* The arguments of the program: their number and two null-terminated arrays of which the one that
+   the program's kind of main() takes is set. */
+_VEXRT_DATA int __argc;
+_VEXRT_DATA char **__argv;
+_VEXRT_DATA wchar_t **__wargv;
+
+/* ---- Multibyte characters ---- */
+
+/* The most bytes that one multibyte character takes, in every locale: 3. */
+_VEXRT_DATA size_t __mbcurmax;
+
+/* ---- Ending the process ---- */
+
+/*
+ * Runs the handlers of atexit(), newest first, then flushes and closes all streams, and ends the
+ * process with `status`. A handler may register others; they run next.
+ */
+_VEXRT_NORETURN void exit(int status);
+
+/* Runs the handlers of at_quick_exit(), newest first, and ends the process. Flushes nothing. */
+_VEXRT_NORETURN void quick_exit(int status);
+
+/* Ends the process at once: no handlers, nothing flushed. */
+_VEXRT_NORETURN void _Exit(int status);
+
+/* Raises SIGABRT; when that comes back, exit(1). With the default action, too, exit handlers run
+   and streams are flushed. */
+_VEXRT_NORETURN void abort(void);
+
+/*
+ * Register a handler for exit() and quick_exit(). Return 0, or -1 when there is no room: 80 handlers
+ * at quick exit; 80 at exit, less the one or two that the library needs for itself.
+ */
+int atexit(void (*func)(void));
+int at_quick_exit(void (*func)(void));
+
+/*
+ * Ends the process with status 255 after writing "CRT: ", the message of `code` and
+ * " -- terminating" to standard error: for errors that no caller could handle. -2 to -17 have
+ * messages of their own (-4 "out of memory").
+ */
+_VEXRT_NORETURN void __crt_abort(int code);
+
+/* ---- Runtime constraints (K.3.6.1) ---- */
+
+/*
+ * Sets the calling thread's runtime-constraint handler; null sets the default one, which does
+ * nothing. Returns the previous handler. Differs from Annex K in that the handler belongs to the
+ * thread.
+ */
+constraint_handler_t set_constraint_handler_s(constraint_handler_t handler);
+
+/* A handler that writes "Runtime-constraint: " and the message to standard error and aborts. */
+void abort_handler_s(const char *_VEXRT_RESTRICT msg, void *_VEXRT_RESTRICT ptr, errno_t error);
+
+/* A handler that does nothing. */
+void ignore_handler_s(const char *_VEXRT_RESTRICT msg, void *_VEXRT_RESTRICT ptr, errno_t error);
+
+/* ---- Memory ---- */
+
+/* ---- Searching and sorting ---- */
+
+_VEXRT_END
+
+#endif

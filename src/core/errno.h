@@ -1,0 +1,19 @@
+// `errno` as the rest of the library sets it.
+#pragma once
+
+#include "core/thread_record.h"
+
+#include <errno.h>
+
+namespace vexrt {
+
+inline void set_errno(int code) { thread_record().error_number = code; }
+
+// Sets errno from an operating-system error code.
+void map_os_error(DWORD code);
+
+// The texts behind strerror: "Unknown error" for negative numbers and those above 255.
+const char *error_message(int code);
+const wchar_t *wide_error_message(int code);
+
+} // namespace vexrt

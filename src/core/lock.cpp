@@ -1,0 +1,142 @@
+#include "core/lock.h"
+
+#include "core/fatal.h"
+#include "heap/heap.h"
+
+namespace vexrt {
+
+ThreadingMode threading_mode;
+Lock static_locks[static_lock_count];
+Lock *numbered_locks[lock_count];
+
+namespace {
+
+// On two or more processors the owner is usually about to leave: look again for a while before
+// asking the system to wait.
+constexpr int spin_limit = 200;
+
+DWORD exchange(volatile DWORD &word, DWORD value) {
+    return __atomic_exchange_n(&word, value, __ATOMIC_SEQ_CST);
+}
+
+bool try_claim(volatile DWORD &word) {
+    DWORD expected = 0;
+    return __atomic_compare_exchange_n(&word, &expected, 1, false, __ATOMIC_ACQUIRE,
+                                       __ATOMIC_RELAXED);
+}
+
+// The event that waiters of a lock sleep on; made by whoever is first.
+HANDLE event_of(HANDLE volatile &slot) {
+    if (HANDLE event = slot) return event;
+    HANDLE made = CreateEventW(nullptr, false, false, nullptr);
+    if (!made) return nullptr;
+    HANDLE expected = nullptr;
+    if (__atomic_compare_exchange_n(&slot, &expected, made, false, __ATOMIC_SEQ_CST,
+                                    __ATOMIC_SEQ_CST))
+        return made;
+    CloseHandle(made);
+    return expected;
+}
+
+// Returns once the first thread has seen `many_threads`. A thread that has been stopped and whose
+// registers have been read has executed a memory barrier; the cheaper way to force one,
+// FlushProcessWriteBuffers, is not there on every system that has the function.
+void wait_for_first_thread() {
+    constexpr DWORD access = THREAD_SUSPEND_RESUME | THREAD_GET_CONTEXT;
+    HANDLE thread = OpenThread(access, false, threading_mode.first_thread);
+    if (!thread) return; // it has ended, and with it any section it was in
+    for (bool busy = true; busy;) {
+        if (SuspendThread(thread) == static_cast<DWORD>(-1)) break;
+        CONTEXT context{};
+        context.ContextFlags = CONTEXT_CONTROL;
+        busy = !GetThreadContext(thread, &context) || threading_mode.plain_section;
+        ResumeThread(thread);
+        if (busy) Sleep(0);
+    }
+    CloseHandle(thread);
+}
+
+} // namespace
+
+void Lock::enter_shared(DWORD me) {
+    if (owner == me) {
+        ++depth;
+        return;
+    }
+    if (!try_claim(state)) enter_contended();
+    take(me);
+}
+
+[[gnu::noinline]] void Lock::enter_contended() {
+    if (threading_mode.owners_gone) return; // whoever held it will never come back
+    for (int i = 0; i < spin_limit; ++i) {
+        if (state == 0 && try_claim(state)) return;
+        __builtin_ia32_pause();
+    }
+    DWORD last_error = GetLastError();
+    while (exchange(state, 2) != 0) {
+        // Without an event, waiting degrades to polling; it still ends.
+        if (HANDLE wake = event_of(event)) WaitForSingleObject(wake, INFINITE);
+        else Sleep(1);
+    }
+    SetLastError(last_error);
+}
+
+void Lock::leave_shared() {
+    if (--depth != 0) return;
+    owner = 0;
+    if (exchange(state, 0) != 2) return;
+    if (HANDLE wake = event) SetEvent(wake);
+}
+
+void Lock::destroy() {
+    if (event) CloseHandle(event);
+    state = 0;
+    owner = 0;
+    depth = 0;
+    event = nullptr;
+}
+
+void note_second_thread() {
+    if (threading_mode.many_threads) return;
+    threading_mode.many_threads = true;
+    wait_for_first_thread();
+}
+
+void note_other_threads_gone() {
+    threading_mode.many_threads = true; // plain operations would trust a dead owner's counts
+    threading_mode.plain_section = false;
+    threading_mode.owners_gone = true;
+}
+
+Lock &create_numbered_lock(unsigned number) {
+    auto *made = static_cast<Lock *>(heap_allocate(sizeof(Lock)));
+    if (!made) fatal(FatalCode::out_of_memory);
+    *made = Lock{};
+    Locked guard(static_locks[lock_creation]);
+    if (numbered_locks[number]) heap_release(made);
+    else numbered_locks[number] = made;
+    return *numbered_locks[number];
+}
+
+Lock &stream_lock(unsigned index) {
+    if (index >= stream_lock_count) fatal(FatalCode::bad_stream_lock);
+    return numbered_lock(lock_first_stream + index);
+}
+
+void create_static_locks() {
+    for (unsigned i = 0; i < static_lock_count; ++i) numbered_locks[i] = &static_locks[i];
+}
+
+void destroy_locks() {
+    for (unsigned i = static_lock_count; i < lock_count; ++i) {
+        Lock *lock = numbered_locks[i];
+        if (!lock) continue;
+        lock->destroy();
+        heap_release(lock);
+        numbered_locks[i] = nullptr;
+    }
+    for (unsigned i = 0; i < static_lock_count; ++i) static_locks[i].destroy();
+}
+
+} // namespace vexrt

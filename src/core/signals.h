@@ -1,0 +1,12 @@
+// What the per-thread record needs of the signals.
+#pragma once
+
+namespace vexrt {
+
+constexpr int signal_count = 44; // valid numbers are 1 to 43
+
+// The handlers of every signal but the synchronous ones; a thread that sets one of those gets a
+// copy of its own.
+extern void (*default_signal_handlers[signal_count])(int);
+
+} // namespace vexrt

@@ -1,0 +1,202 @@
+// The part of kernel32.dll that this library calls, declared as the operating system documents it.
+// Names, types and values are the system's own; there is no logic here.
+#pragma once
+
+namespace vexrt {
+
+using BOOL = int;
+using BYTE = unsigned char;
+using WORD = unsigned short;
+using DWORD = unsigned long;
+using UINT = unsigned int;
+using LONG = long;
+using HANDLE = void *;
+using HMODULE = void *;
+using SIZE_T = unsigned long;
+using LARGE_INTEGER = long long;
+
+inline const HANDLE INVALID_HANDLE_VALUE = reinterpret_cast<HANDLE>(-1);
+
+struct SECURITY_ATTRIBUTES {
+    DWORD nLength;
+    void *lpSecurityDescriptor;
+    BOOL bInheritHandle;
+};
+
+struct STARTUPINFOW {
+    DWORD cb;
+    wchar_t *lpReserved, *lpDesktop, *lpTitle;
+    DWORD dwX, dwY, dwXSize, dwYSize, dwXCountChars, dwYCountChars, dwFillAttribute, dwFlags;
+    WORD wShowWindow, cbReserved2;
+    BYTE *lpReserved2;
+    HANDLE hStdInput, hStdOutput, hStdError;
+};
+
+struct MEMORY_BASIC_INFORMATION {
+    void *BaseAddress, *AllocationBase;
+    DWORD AllocationProtect;
+    SIZE_T RegionSize;
+    DWORD State, Protect, Type;
+};
+
+struct EXCEPTION_RECORD {
+    DWORD ExceptionCode, ExceptionFlags;
+    EXCEPTION_RECORD *ExceptionRecord;
+    void *ExceptionAddress;
+    DWORD NumberParameters;
+    DWORD ExceptionInformation[15];
+};
+
+constexpr DWORD CONTEXT_CONTROL = 0x10001;
+
+struct CONTEXT {
+    DWORD ContextFlags;
+    BYTE registers[712]; // not looked at
+};
+static_assert(sizeof(CONTEXT) == 716);
+
+struct EXCEPTION_POINTERS {
+    EXCEPTION_RECORD *ExceptionRecord;
+    CONTEXT *ContextRecord;
+};
+
+constexpr DWORD EXCEPTION_UNWINDING = 0x2, EXCEPTION_EXIT_UNWIND = 0x4;
+
+enum : DWORD {
+    ERROR_SUCCESS = 0,
+    ERROR_ACCESS_DENIED = 5,
+    ERROR_NOT_ENOUGH_MEMORY = 8,
+    ERROR_BROKEN_PIPE = 109,
+    ERROR_BUFFER_OVERFLOW = 111,
+    ERROR_NEGATIVE_SEEK = 131,
+    ERROR_NO_DATA = 232,
+};
+
+enum : DWORD { DLL_PROCESS_DETACH, DLL_PROCESS_ATTACH, DLL_THREAD_ATTACH, DLL_THREAD_DETACH };
+
+enum : DWORD { THREAD_SUSPEND_RESUME = 2, THREAD_GET_CONTEXT = 8 };
+constexpr DWORD INFINITE = 0xFFFFFFFF;
+constexpr DWORD TLS_OUT_OF_INDEXES = 0xFFFFFFFF;
+constexpr DWORD TLS_MINIMUM_AVAILABLE = 64;
+constexpr DWORD PF_AVX2_INSTRUCTIONS_AVAILABLE = 40;
+
+enum : DWORD { MEM_COMMIT = 0x1000, MEM_RESERVE = 0x2000, MEM_RELEASE = 0x8000 };
+enum : DWORD { PAGE_NOACCESS = 1, PAGE_READWRITE = 4 };
+
+enum : DWORD { GENERIC_WRITE = 0x40000000, GENERIC_READ = 0x80000000, DELETE = 0x10000 };
+enum : DWORD { FILE_SHARE_READ = 1, FILE_SHARE_WRITE = 2 };
+enum : DWORD {
+    CREATE_NEW = 1,
+    CREATE_ALWAYS = 2,
+    OPEN_EXISTING = 3,
+    OPEN_ALWAYS = 4,
+    TRUNCATE_EXISTING = 5
+};
+enum : DWORD {
+    FILE_ATTRIBUTE_READONLY = 1,
+    FILE_ATTRIBUTE_NORMAL = 0x80,
+    FILE_ATTRIBUTE_TEMPORARY = 0x100,
+    FILE_FLAG_DELETE_ON_CLOSE = 0x04000000,
+    FILE_FLAG_SEQUENTIAL_SCAN = 0x08000000,
+    FILE_FLAG_RANDOM_ACCESS = 0x10000000
+};
+enum : DWORD { FILE_TYPE_UNKNOWN = 0, FILE_TYPE_DISK = 1, FILE_TYPE_CHAR = 2, FILE_TYPE_PIPE = 3 };
+enum : DWORD { FILE_BEGIN, FILE_CURRENT, FILE_END };
+constexpr DWORD INVALID_SET_FILE_POINTER = 0xFFFFFFFF;
+constexpr DWORD DUPLICATE_SAME_ACCESS = 2;
+enum : DWORD {
+    STD_INPUT_HANDLE = static_cast<DWORD>(-10),
+    STD_OUTPUT_HANDLE = static_cast<DWORD>(-11),
+    STD_ERROR_HANDLE = static_cast<DWORD>(-12)
+};
+
+#define VEXRT_IMPORT extern "C" __declspec(dllimport)
+
+// Process, modules, diagnostics.
+VEXRT_IMPORT char *__stdcall GetCommandLineA();
+VEXRT_IMPORT wchar_t *__stdcall GetCommandLineW();
+VEXRT_IMPORT DWORD __stdcall GetModuleFileNameA(HMODULE, char *, DWORD);
+VEXRT_IMPORT DWORD __stdcall GetModuleFileNameW(HMODULE, wchar_t *, DWORD);
+VEXRT_IMPORT char *__stdcall GetEnvironmentStrings();
+VEXRT_IMPORT wchar_t *__stdcall GetEnvironmentStringsW();
+VEXRT_IMPORT BOOL __stdcall FreeEnvironmentStringsA(char *);
+VEXRT_IMPORT BOOL __stdcall FreeEnvironmentStringsW(wchar_t *);
+VEXRT_IMPORT void __stdcall GetStartupInfoW(STARTUPINFOW *);
+VEXRT_IMPORT HMODULE __stdcall GetModuleHandleA(const char *);
+VEXRT_IMPORT HMODULE __stdcall LoadLibraryA(const char *);
+VEXRT_IMPORT BOOL __stdcall FreeLibrary(HMODULE);
+VEXRT_IMPORT void *__stdcall GetProcAddress(HMODULE, const char *);
+VEXRT_IMPORT [[noreturn]] void __stdcall ExitProcess(UINT);
+VEXRT_IMPORT BOOL __stdcall IsDebuggerPresent();
+VEXRT_IMPORT void __stdcall OutputDebugStringA(const char *);
+VEXRT_IMPORT BOOL __stdcall IsProcessorFeaturePresent(DWORD);
+VEXRT_IMPORT BOOL __stdcall QueryPerformanceFrequency(LARGE_INTEGER *);
+VEXRT_IMPORT BOOL __stdcall QueryPerformanceCounter(LARGE_INTEGER *);
+VEXRT_IMPORT DWORD __stdcall GetLastError();
+VEXRT_IMPORT void __stdcall SetLastError(DWORD);
+VEXRT_IMPORT DWORD __stdcall GetEnvironmentVariableA(const char *, char *, DWORD);
+VEXRT_IMPORT void __stdcall RtlUnwind(void *frame, void *target, EXCEPTION_RECORD *, void *value);
+VEXRT_IMPORT BOOL __stdcall SetConsoleCtrlHandler(BOOL(__stdcall *)(DWORD), BOOL add);
+
+// Threads and waiting.
+VEXRT_IMPORT DWORD __stdcall TlsAlloc();
+VEXRT_IMPORT BOOL __stdcall TlsFree(DWORD);
+VEXRT_IMPORT void *__stdcall TlsGetValue(DWORD);
+VEXRT_IMPORT BOOL __stdcall TlsSetValue(DWORD, void *);
+VEXRT_IMPORT DWORD __stdcall GetCurrentThreadId();
+VEXRT_IMPORT HANDLE __stdcall OpenThread(DWORD access, BOOL inherit, DWORD id);
+VEXRT_IMPORT DWORD __stdcall SuspendThread(HANDLE);
+VEXRT_IMPORT DWORD __stdcall ResumeThread(HANDLE);
+VEXRT_IMPORT BOOL __stdcall GetThreadContext(HANDLE, CONTEXT *);
+VEXRT_IMPORT HANDLE __stdcall CreateEventW(SECURITY_ATTRIBUTES *, BOOL manual, BOOL set,
+                                           const wchar_t *);
+VEXRT_IMPORT BOOL __stdcall SetEvent(HANDLE);
+VEXRT_IMPORT DWORD __stdcall WaitForSingleObject(HANDLE, DWORD milliseconds);
+VEXRT_IMPORT BOOL __stdcall CloseHandle(HANDLE);
+VEXRT_IMPORT void __stdcall Sleep(DWORD milliseconds);
+
+// Memory.
+VEXRT_IMPORT HANDLE __stdcall HeapCreate(DWORD options, SIZE_T initial, SIZE_T maximum);
+VEXRT_IMPORT BOOL __stdcall HeapDestroy(HANDLE);
+VEXRT_IMPORT void *__stdcall HeapAlloc(HANDLE, DWORD flags, SIZE_T);
+VEXRT_IMPORT void *__stdcall HeapReAlloc(HANDLE, DWORD flags, void *, SIZE_T);
+VEXRT_IMPORT BOOL __stdcall HeapFree(HANDLE, DWORD flags, void *);
+VEXRT_IMPORT SIZE_T __stdcall HeapSize(HANDLE, DWORD flags, const void *);
+VEXRT_IMPORT BOOL __stdcall HeapValidate(HANDLE, DWORD flags, const void *);
+VEXRT_IMPORT void *__stdcall VirtualAlloc(void *, SIZE_T, DWORD type, DWORD protect);
+VEXRT_IMPORT BOOL __stdcall VirtualFree(void *, SIZE_T, DWORD type);
+VEXRT_IMPORT SIZE_T __stdcall VirtualQuery(const void *, MEMORY_BASIC_INFORMATION *, SIZE_T);
+
+// Files and handles.
+VEXRT_IMPORT HANDLE __stdcall CreateFileA(const char *, DWORD access, DWORD share,
+                                          SECURITY_ATTRIBUTES *, DWORD disposition,
+                                          DWORD attributes, HANDLE model);
+VEXRT_IMPORT HANDLE __stdcall CreateFileW(const wchar_t *, DWORD access, DWORD share,
+                                          SECURITY_ATTRIBUTES *, DWORD disposition,
+                                          DWORD attributes, HANDLE model);
+VEXRT_IMPORT BOOL __stdcall ReadFile(HANDLE, void *, DWORD, DWORD *done, void *overlapped);
+VEXRT_IMPORT BOOL __stdcall WriteFile(HANDLE, const void *, DWORD, DWORD *done, void *overlapped);
+VEXRT_IMPORT DWORD __stdcall GetFileType(HANDLE);
+VEXRT_IMPORT DWORD __stdcall SetFilePointer(HANDLE, LONG, LONG *high, DWORD origin);
+VEXRT_IMPORT BOOL __stdcall SetFilePointerEx(HANDLE, LARGE_INTEGER, LARGE_INTEGER *, DWORD origin);
+VEXRT_IMPORT BOOL __stdcall SetEndOfFile(HANDLE);
+VEXRT_IMPORT BOOL __stdcall FlushFileBuffers(HANDLE);
+VEXRT_IMPORT BOOL __stdcall LockFile(HANDLE, DWORD low, DWORD high, DWORD count_low,
+                                     DWORD count_high);
+VEXRT_IMPORT BOOL __stdcall UnlockFile(HANDLE, DWORD low, DWORD high, DWORD count_low,
+                                       DWORD count_high);
+VEXRT_IMPORT HANDLE __stdcall GetCurrentProcess();
+VEXRT_IMPORT BOOL __stdcall DuplicateHandle(HANDLE source_process, HANDLE, HANDLE target_process,
+                                            HANDLE *, DWORD access, BOOL inherit, DWORD options);
+VEXRT_IMPORT BOOL __stdcall CreatePipe(HANDLE *read, HANDLE *write, SECURITY_ATTRIBUTES *,
+                                       DWORD size);
+VEXRT_IMPORT HANDLE __stdcall GetStdHandle(DWORD);
+VEXRT_IMPORT BOOL __stdcall SetStdHandle(DWORD, HANDLE);
+VEXRT_IMPORT BOOL __stdcall GetConsoleMode(HANDLE, DWORD *);
+VEXRT_IMPORT UINT __stdcall GetConsoleCP();
+VEXRT_IMPORT UINT __stdcall GetConsoleOutputCP();
+VEXRT_IMPORT int __stdcall MultiByteToWideChar(UINT, DWORD, const char *, int, wchar_t *, int);
+VEXRT_IMPORT int __stdcall WideCharToMultiByte(UINT, DWORD, const wchar_t *, int, char *, int,
+                                               const char *, BOOL *);
+
+} // namespace vexrt
