@@ -52,6 +52,157 @@ _VEXRT_DATA FILE __stdin, __stdout, __stderr;
 
 /* ---- Formatted output ---- */
 
+/* ---- Opening and closing ---- */
+
+/*
+ * Opens the file `path` as a stream. `mode`: r (read), w (new or emptied, write) or a (write at the
+ * end); then b (binary, no translation of line ends) and + (read and write) in any order; then x
+ * (the file must not exist). A text stream may end in ",ccs=" and UTF-8, UTF-16LE or UNICODE. There
+ * is no t. Returns null with errno set by _open(), EINVAL for null arguments; an invalid mode sets
+ * no errno. At most 256 streams exist.
+ */
+FILE *fopen(const char *_VEXRT_RESTRICT filename, const char *_VEXRT_RESTRICT mode);
+FILE *_wfopen(const wchar_t *_VEXRT_RESTRICT filename, const wchar_t *_VEXRT_RESTRICT mode);
+
+/*
+ * The same with the stream stored in *streamptr (null on failure). Return 0; 2 when the stream could
+ * not be opened, whatever the cause; EINVAL (a constraint violation) for null arguments. A leading u
+ * before w or a is passed over. fopen_s() shares the file with nobody who writes, and with nobody at
+ * all when it may write itself.
+ */
+errno_t fopen_s(FILE *_VEXRT_RESTRICT *_VEXRT_RESTRICT streamptr,
+                const char *_VEXRT_RESTRICT filename, const char *_VEXRT_RESTRICT mode);
+errno_t _wfopen_s(FILE *_VEXRT_RESTRICT *_VEXRT_RESTRICT streamptr,
+                  const wchar_t *_VEXRT_RESTRICT filename, const wchar_t *_VEXRT_RESTRICT mode);
+
+/*
+ * Closes a stream and opens it again on `filename`. Returns it, or null: the stream is then closed
+ * for good. A null `filename` is not supported (EINVAL, and the stream is closed).
+ */
+FILE *freopen(const char *_VEXRT_RESTRICT filename, const char *_VEXRT_RESTRICT mode,
+              FILE *_VEXRT_RESTRICT stream);
+FILE *_wfreopen(const wchar_t *_VEXRT_RESTRICT filename, const wchar_t *_VEXRT_RESTRICT mode,
+                FILE *_VEXRT_RESTRICT stream);
+
+/* The same with the stream stored in *newstreamptr. Return 0 or the errno of the failure; EINVAL (a
+   constraint violation) for a null newstreamptr, mode or stream. */
+errno_t freopen_s(FILE *_VEXRT_RESTRICT *_VEXRT_RESTRICT newstreamptr,
+                  const char *_VEXRT_RESTRICT filename, const char *_VEXRT_RESTRICT mode,
+                  FILE *_VEXRT_RESTRICT stream);
+errno_t _wfreopen_s(FILE *_VEXRT_RESTRICT *_VEXRT_RESTRICT newstreamptr,
+                    const wchar_t *_VEXRT_RESTRICT filename, const wchar_t *_VEXRT_RESTRICT mode,
+                    FILE *_VEXRT_RESTRICT stream);
+
+/* A stream on an open descriptor, whose own mode stays as it is. Closing the stream closes it. */
+FILE *_fdopen(int fd, const char *mode);
+FILE *_wfdopen(int fd, const wchar_t *mode);
+
+/* The descriptor behind a stream; -1 when there is none. */
+int _fileno(FILE *stream);
+
+/* Flushes and closes a stream. Returns 0; EOF when that failed or the stream is null. It is closed
+   in either case. */
+int fclose(FILE *stream);
+
+/* Closes all streams but the standard ones. Returns how many; -1 when one failed, and those behind
+   it stay open. */
+int _fcloseall(void);
+
+/* Writes out what is buffered: of one stream, or of all when it is null. Returns 0, or EOF when a
+   write failed; what could not be written is gone. Enough between writing and reading. */
+int fflush(FILE *stream);
+
+/* fflush(NULL), but returns the number of open streams. */
+int _flushall(void);
+
+/*
+ * Sets the buffering: _IOFBF, _IOLBF or _IONBF; before the first transfer. With a null `buf` the
+ * library allocates `size` bytes; a size of 0 means unbuffered. Returns 0, -1 when that is not
+ * possible; sets no errno. Streams start fully buffered with 512 bytes; standard output and standard
+ * error start unbuffered, but one call's output to a terminal goes out in one piece.
+ */
+int setvbuf(FILE *_VEXRT_RESTRICT stream, char *_VEXRT_RESTRICT buf, int mode, size_t size);
+void setbuf(FILE *_VEXRT_RESTRICT stream, char *_VEXRT_RESTRICT buf);
+
+/* ---- Bytes and lines ---- */
+
+/* The next byte, or EOF at the end or on an error. A null stream: EOF with errno EINVAL, here and
+   below. */
+int fgetc(FILE *stream);
+int getc(FILE *stream);
+int getchar(void);
+
+/* Writes a byte; returns it, or EOF. */
+int fputc(int c, FILE *stream);
+int putc(int c, FILE *stream);
+int putchar(int c);
+
+/* Pushes a byte back, up to eight of them. Returns its argument as it is, or EOF when there is no
+   room, or the stream cannot read or is writing. */
+int ungetc(int c, FILE *stream);
+
+/* Reads at most n - 1 bytes, up to and including a newline, and terminates them. Returns `s`, or
+   null when nothing was read before the end or an error came. */
+char *fgets(char *_VEXRT_RESTRICT s, int n, FILE *_VEXRT_RESTRICT stream);
+
+/* Writes a string (puts: and a newline) to a stream (puts: standard output). Return 0, or EOF. */
+int fputs(const char *_VEXRT_RESTRICT s, FILE *_VEXRT_RESTRICT stream);
+int puts(const char *s);
+
+/* Reads a line from standard input without its newline. No bound: use gets_s(). */
+char *gets(char *s);
+
+/* The same into `n` bytes. A line that does not fit is a constraint violation: s[0] becomes 0, the
+   rest of the line is read and dropped, and the result is null. */
+char *gets_s(char *s, rsize_t n);
+
+/*
+ * Reads up to and including a newline (or `delimiter`) into a block from malloc() that grows as
+ * needed: *lineptr (null: none yet) of *n bytes. Returns the length, or -1: at the end, EINVAL for a
+ * null pointer, ENOMEM.
+ */
+ssize_t getline(char **_VEXRT_RESTRICT lineptr, size_t *_VEXRT_RESTRICT n,
+                FILE *_VEXRT_RESTRICT stream);
+ssize_t getdelim(char **_VEXRT_RESTRICT lineptr, size_t *_VEXRT_RESTRICT n, int delimiter,
+                 FILE *_VEXRT_RESTRICT stream);
+
+/* ---- Blocks ---- */
+
+/* Transfer up to `nmemb` elements of `size` bytes. Return how many whole ones went; 0 also when the
+   product does not fit 32 bits. */
+size_t fread(void *_VEXRT_RESTRICT ptr, size_t size, size_t nmemb, FILE *_VEXRT_RESTRICT stream);
+size_t fwrite(const void *_VEXRT_RESTRICT ptr, size_t size, size_t nmemb,
+              FILE *_VEXRT_RESTRICT stream);
+
+/* ---- Position ---- */
+
+/*
+ * Move the position; SEEK_SET, SEEK_CUR or SEEK_END. Return 0, or -1 with errno EFPOS. Discard
+ * pushed-back bytes and clear the end-of-file indicator, not the error indicator.
+ */
+int fseek(FILE *stream, long offset, int whence);
+int _fseeko(FILE *stream, off_t offset, int whence);
+int _fseek64(FILE *stream, long long offset, int whence);
+
+/* The position in the file; on a text stream a newline in the buffer counts as two bytes. -1 with
+   errno EFPOS on failure, or when it does not fit. */
+long ftell(FILE *stream);
+off_t _ftello(FILE *stream);
+long long _ftell64(FILE *stream);
+
+/* Save and restore the position and the conversion state. Return 0, or -1 with errno EFPOS. */
+int fgetpos(FILE *_VEXRT_RESTRICT stream, fpos_t *_VEXRT_RESTRICT pos);
+int fsetpos(FILE *stream, const fpos_t *pos);
+
+/* fseek() to the start that also clears the error indicator. */
+void rewind(FILE *stream);
+
+/* ---- Indicators ---- */
+
+int feof(FILE *stream);
+int ferror(FILE *stream);
+void clearerr(FILE *stream);
+
 /* ---- Error reports ---- */
 
 /* Writes `s`, a colon and a blank (unless `s` is null or empty), the message of errno and a newline

@@ -9,6 +9,12 @@ namespace vexrt {
 
 inline void set_errno(int code) { thread_record().error_number = code; }
 
+// The conventional failure: errno set and -1.
+inline int fail_with(int code) {
+    set_errno(code);
+    return -1;
+}
+
 // Sets errno from an operating-system error code.
 void map_os_error(DWORD code);
 

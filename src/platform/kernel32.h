@@ -195,6 +195,7 @@ VEXRT_IMPORT BOOL __stdcall SetStdHandle(DWORD, HANDLE);
 VEXRT_IMPORT BOOL __stdcall GetConsoleMode(HANDLE, DWORD *);
 VEXRT_IMPORT UINT __stdcall GetConsoleCP();
 VEXRT_IMPORT UINT __stdcall GetConsoleOutputCP();
+VEXRT_IMPORT BOOL __stdcall WriteConsoleW(HANDLE, const void *, DWORD, DWORD *done, void *);
 VEXRT_IMPORT int __stdcall MultiByteToWideChar(UINT, DWORD, const char *, int, wchar_t *, int);
 VEXRT_IMPORT int __stdcall WideCharToMultiByte(UINT, DWORD, const wchar_t *, int, char *, int,
                                                const char *, BOOL *);

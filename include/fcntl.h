@@ -1,0 +1,23 @@
+/* <fcntl.h> - flags of _open() and its family. */
+#ifndef _FCNTL_H
+#define _FCNTL_H
+
+#define O_RDONLY 0x0000
+#define O_WRONLY 0x0001
+#define O_RDWR 0x0002
+#define O_APPEND 0x0008      /* every write goes to the end */
+#define O_RANDOM 0x0010      /* accesses will be random */
+#define O_SEQUENTIAL 0x0020  /* accesses will be sequential; wins over O_RANDOM */
+#define O_TEMPORARY 0x0040   /* delete the file when its last handle is closed */
+#define O_NOINHERIT 0x0080   /* child processes do not get the descriptor */
+#define O_CREAT 0x0100       /* create the file if it does not exist */
+#define O_TRUNC 0x0200       /* cut the file to length 0 */
+#define O_EXCL 0x0400        /* with O_CREAT: fail if the file exists */
+#define O_SHORT_LIVED 0x1000 /* keep the file in memory if possible */
+#define O_TEXT 0x4000        /* translate line ends; Ctrl-Z ends the file */
+#define O_BINARY 0x8000      /* no translation: the default */
+#define O_WTEXT 0x10000      /* Unicode text: UTF-16LE in a new file, else by the file's mark */
+#define O_U16TEXT 0x20000    /* UTF-16LE text */
+#define O_U8TEXT 0x40000     /* UTF-8 text */
+
+#endif
