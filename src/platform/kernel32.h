@@ -104,6 +104,7 @@ enum : DWORD { FILE_TYPE_UNKNOWN = 0, FILE_TYPE_DISK = 1, FILE_TYPE_CHAR = 2, FI
 enum : DWORD { FILE_BEGIN, FILE_CURRENT, FILE_END };
 constexpr DWORD INVALID_SET_FILE_POINTER = 0xFFFFFFFF;
 constexpr DWORD DUPLICATE_SAME_ACCESS = 2;
+enum : DWORD { MB_PRECOMPOSED = 1, MB_ERR_INVALID_CHARS = 8 };
 enum : DWORD {
     STD_INPUT_HANDLE = static_cast<DWORD>(-10),
     STD_OUTPUT_HANDLE = static_cast<DWORD>(-11),
@@ -126,7 +127,7 @@ VEXRT_IMPORT HMODULE __stdcall GetModuleHandleA(const char *);
 VEXRT_IMPORT HMODULE __stdcall LoadLibraryA(const char *);
 VEXRT_IMPORT BOOL __stdcall FreeLibrary(HMODULE);
 VEXRT_IMPORT void *__stdcall GetProcAddress(HMODULE, const char *);
-VEXRT_IMPORT [[noreturn]] void __stdcall ExitProcess(UINT);
+VEXRT_IMPORT __declspec(noreturn) void __stdcall ExitProcess(UINT);
 VEXRT_IMPORT BOOL __stdcall IsDebuggerPresent();
 VEXRT_IMPORT void __stdcall OutputDebugStringA(const char *);
 VEXRT_IMPORT BOOL __stdcall IsProcessorFeaturePresent(DWORD);
@@ -199,5 +200,6 @@ VEXRT_IMPORT BOOL __stdcall WriteConsoleW(HANDLE, const void *, DWORD, DWORD *do
 VEXRT_IMPORT int __stdcall MultiByteToWideChar(UINT, DWORD, const char *, int, wchar_t *, int);
 VEXRT_IMPORT int __stdcall WideCharToMultiByte(UINT, DWORD, const wchar_t *, int, char *, int,
                                                const char *, BOOL *);
+VEXRT_IMPORT BOOL __stdcall IsDBCSLeadByteEx(UINT code_page, BYTE);
 
 } // namespace vexrt
