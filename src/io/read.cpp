@@ -111,7 +111,7 @@ Transfer read_ansi_text(Descriptor &descriptor, void *buffer, unsigned count) {
     auto *text = static_cast<unsigned char *>(buffer);
     done.count = translate_lines(descriptor, text, done.count);
     if (descriptor.is_console())
-        recode_in_place(current_locale().code_page, GetConsoleCP(), static_cast<char *>(buffer),
+        recode_in_place(thread_record().locale->code_page, GetConsoleCP(), static_cast<char *>(buffer),
                         static_cast<int>(done.count));
     return done;
 }

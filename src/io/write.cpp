@@ -75,7 +75,7 @@ Transfer write_ansi_text(Descriptor &descriptor, const char *text, unsigned coun
     bool console = descriptor.is_console();
     for_each_chunk<AnsiChunk>(text, text + count, [&](AnsiChunk &chunk, const char *) {
         if (console)
-            recode_in_place(GetConsoleOutputCP(), current_locale().code_page, chunk.units,
+            recode_in_place(GetConsoleOutputCP(), thread_record().locale->code_page, chunk.units,
                             static_cast<int>(chunk.count));
         done.added += chunk.added;
         return write_handle(descriptor.osfhandle, chunk.units, chunk.count, done);

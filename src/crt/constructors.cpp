@@ -1,0 +1,77 @@
+// A program's constructors and destructors, as the compilers leave them.
+//
+// For windows-msvc they stand in sections that the linker sorts by name: .CRT$XC* constructors,
+// .CRT$XI* initialisers that may fail, .CRT$XP* and .CRT$XT* terminators. For windows-gnu they stand
+// in .ctors and .dtors, lists that run backwards from their end; the linker puts an all-ones word in
+// front and a zero behind.
+
+#include "crt/startup.h"
+
+namespace {
+
+using Handler = void (*)();
+using Initialiser = int (*)();
+
+constexpr int initialiser_failed = 255;
+
+#pragma section(".CRT$XIA", read)
+#pragma section(".CRT$XIZ", read)
+#pragma section(".CRT$XCA", read)
+#pragma section(".CRT$XCZ", read)
+#pragma section(".CRT$XPA", read)
+#pragma section(".CRT$XTZ", read)
+__declspec(allocate(".CRT$XIA")) const Initialiser initialisers_begin[] = {nullptr};
+__declspec(allocate(".CRT$XIZ")) const Initialiser initialisers_end[] = {nullptr};
+__declspec(allocate(".CRT$XCA")) const Handler constructors_begin[] = {nullptr};
+__declspec(allocate(".CRT$XCZ")) const Handler constructors_end[] = {nullptr};
+__declspec(allocate(".CRT$XPA")) const Handler terminators_begin[] = {nullptr};
+__declspec(allocate(".CRT$XTZ")) const Handler terminators_end[] = {nullptr};
+
+extern "C" Handler __CTOR_LIST__[];
+extern "C" Handler __DTOR_LIST__[];
+
+bool constructed;
+
+// The optimiser must not reason about what lies between two objects.
+template <typename Entry>
+const Entry *opaque(const Entry *pointer) {
+    __asm__("" : "+r"(pointer));
+    return pointer;
+}
+
+void run_forwards(const Handler *begin, const Handler *end) {
+    for (const Handler *entry = opaque(begin); entry < opaque(end); ++entry)
+        if (*entry) (*entry)();
+}
+
+} // namespace
+
+extern "C" void __vexcrt_destruct(void) {
+    if (!constructed) return;
+    constructed = false;
+    for (const Handler *entry = opaque(__DTOR_LIST__) + 1; *entry; ++entry) (*entry)();
+    run_forwards(terminators_begin, terminators_end);
+}
+
+// Without destructors no slot of atexit is taken.
+extern "C" void __vexcrt_destruct_at_exit(void) {
+    bool any = __DTOR_LIST__[1];
+    for (const Handler *entry = opaque(terminators_begin); entry < opaque(terminators_end); ++entry)
+        any = any || *entry;
+    if (any) atexit(__vexcrt_destruct);
+}
+
+extern "C" void __vexcrt_construct(void) {
+    if (constructed) return;
+    constructed = true;
+    for (const Initialiser *entry = opaque(initialisers_begin); entry < opaque(initialisers_end);
+         ++entry)
+        if (*entry && (*entry)() != 0) exit(initialiser_failed);
+    const Handler *last = opaque(__CTOR_LIST__) + 1;
+    while (*last) ++last;
+    while (--last > opaque(__CTOR_LIST__)) (*last)();
+    run_forwards(constructors_begin, constructors_end);
+}
+
+// What gcc calls at the beginning of main().
+extern "C" void __main(void) { __vexcrt_construct(); }

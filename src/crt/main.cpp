@@ -1,0 +1,13 @@
+// The entry point of programs with main().
+
+#include "crt/startup.h"
+
+extern "C" int main(int, char **, char **);
+
+extern "C" [[noreturn]] void mainCRTStartup(void) {
+    int count;
+    char **arguments;
+    __concmdln(&count, &arguments);
+    run_constructors_and_destructors();
+    exit(main(count, arguments, reinterpret_cast<char **>(no_variables)));
+}

@@ -1,0 +1,29 @@
+// What the start-up objects share. They are linked into programs, so they use nothing but what
+// vexrt.dll exports and kernel32.
+#pragma once
+
+extern "C" {
+
+int __concmdln(int *count, char ***vector);
+int __wconcmdln(int *count, wchar_t ***vector);
+char *__wincmdln(void);
+wchar_t *__wwincmdln(void);
+[[noreturn]] void exit(int status);
+int atexit(void (*handler)(void));
+
+// Runs the program's constructors, once; its destructors are left with atexit.
+void __vexcrt_construct(void);
+// Runs its destructors; for a program, at exit.
+void __vexcrt_destruct(void);
+void __vexcrt_destruct_at_exit(void);
+
+} // extern "C"
+
+// Constructors before main(), destructors after the handlers that main() registers.
+inline void run_constructors_and_destructors() {
+    __vexcrt_destruct_at_exit();
+    __vexcrt_construct();
+}
+
+// main() may take a third argument; there are no variables behind this one.
+inline char *no_variables[1];

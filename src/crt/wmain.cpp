@@ -1,0 +1,13 @@
+// The entry point of programs with wmain().
+
+#include "crt/startup.h"
+
+extern "C" int wmain(int, wchar_t **, wchar_t **);
+
+extern "C" [[noreturn]] void wmainCRTStartup(void) {
+    int count;
+    wchar_t **arguments;
+    __wconcmdln(&count, &arguments);
+    run_constructors_and_destructors();
+    exit(wmain(count, arguments, reinterpret_cast<wchar_t **>(no_variables)));
+}
