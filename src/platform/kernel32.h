@@ -126,7 +126,7 @@ VEXRT_IMPORT HMODULE __stdcall GetModuleHandleA(const char *);
 VEXRT_IMPORT HMODULE __stdcall LoadLibraryA(const char *);
 VEXRT_IMPORT BOOL __stdcall FreeLibrary(HMODULE);
 VEXRT_IMPORT void *__stdcall GetProcAddress(HMODULE, const char *);
-VEXRT_IMPORT [[noreturn]] void __stdcall ExitProcess(UINT);
+VEXRT_IMPORT __attribute__((noreturn)) void __stdcall ExitProcess(UINT);
 VEXRT_IMPORT BOOL __stdcall IsDebuggerPresent();
 VEXRT_IMPORT void __stdcall OutputDebugStringA(const char *);
 VEXRT_IMPORT BOOL __stdcall IsProcessorFeaturePresent(DWORD);
