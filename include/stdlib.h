@@ -88,6 +88,40 @@ void ignore_handler_s(const char *_VEXRT_RESTRICT msg, void *_VEXRT_RESTRICT ptr
 
 /* ---- Memory ---- */
 
+/*
+ * Allocates `size` bytes; 0 is allowed and gives a block of its own. Blocks are aligned to 4 bytes
+ * when they are smaller than __bheap_threshold (1024, <malloc.h>), to 8 bytes otherwise: what needs
+ * more is for aligned_alloc(). Returns null with errno ENOMEM when there is no memory.
+ */
+void *malloc(size_t size);
+
+/*
+ * Allocates an array of `nmemb` elements of `size` bytes each, all zero. Returns null as malloc()
+ * does; when the product overflows, errno stays as it was.
+ */
+void *calloc(size_t nmemb, size_t size);
+
+/*
+ * Makes a block `size` bytes long, in its place or elsewhere; what both sizes have in common is kept.
+ * With a null `ptr` it is malloc(), with size 0 it is free() and returns null. Returns null, the old
+ * block untouched, with errno ENOMEM when there is no memory and EINVAL for a block that is not in
+ * use.
+ */
+void *realloc(void *ptr, size_t size);
+
+/*
+ * Allocates `size` bytes, at least 1, at a multiple of `alignment`, a power of two of at least 4;
+ * `size` need not be a multiple of it. The block is given back with free(). Returns null with errno
+ * EINVAL for other arguments, with ENOMEM when there is no memory.
+ */
+void *aligned_alloc(size_t alignment, size_t size);
+
+/*
+ * Frees a block. Null is allowed. A small block that is not in use, as on a second free(), sets errno
+ * to EINVAL, and nothing else happens.
+ */
+void free(void *ptr);
+
 /* ---- Searching and sorting ---- */
 
 _VEXRT_END
