@@ -17,8 +17,8 @@ using TlsCallback = void(__stdcall *)(void *image, DWORD reason, void *reserved)
 // The linker sorts the variables of all objects between these two.
 __declspec(allocate(".tls")) char _tls_start = 0;
 __declspec(allocate(".tls$ZZZ")) char _tls_end = 0;
-__declspec(allocate(".CRT$XLA")) const TlsCallback __xl_a = nullptr;
-__declspec(allocate(".CRT$XLZ")) const TlsCallback __xl_z = nullptr;
+__declspec(allocate(".CRT$XLA")) extern const TlsCallback __xl_a = nullptr;
+__declspec(allocate(".CRT$XLZ")) extern const TlsCallback __xl_z = nullptr;
 
 // Where the loader stores this image's number; code that reads a thread-local variable uses it.
 DWORD _tls_index = 0;

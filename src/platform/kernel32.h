@@ -15,7 +15,7 @@ using HMODULE = void *;
 using SIZE_T = unsigned long;
 using LARGE_INTEGER = long long;
 
-inline const HANDLE INVALID_HANDLE_VALUE = reinterpret_cast<HANDLE>(-1);
+#define INVALID_HANDLE_VALUE (reinterpret_cast<::vexrt::HANDLE>(-1))
 
 struct SECURITY_ATTRIBUTES {
     DWORD nLength;

@@ -119,7 +119,7 @@ FILE *open_descriptor_stream(int fd, const Char *mode) {
 }
 
 template <typename Char>
-errno_t open_checked(FILE **result, const Char *path, const Char *mode) {
+errno_t open_checked(FILE *__restrict *result, const Char *path, const Char *mode) {
     if (result) *result = nullptr;
     if (!result || !path || !mode) return report_constraint(EINVAL);
     *result = open_stream(path, mode, SF_UMODE);
@@ -127,7 +127,7 @@ errno_t open_checked(FILE **result, const Char *path, const Char *mode) {
 }
 
 template <typename Char>
-errno_t reopen_checked(FILE **result, const Char *path, const Char *mode, FILE *file) {
+errno_t reopen_checked(FILE *__restrict *result, const Char *path, const Char *mode, FILE *file) {
     if (result) *result = nullptr;
     if (!result || !mode || !file) return report_constraint(EINVAL);
     *result = reopen_stream(path, mode, file, SF_UMODE);
@@ -145,10 +145,10 @@ extern "C" FILE *_wfopen(const wchar_t *path, const wchar_t *mode) {
     return open_stream(path, mode, 0);
 }
 
-extern "C" errno_t fopen_s(FILE **result, const char *path, const char *mode) {
+extern "C" errno_t fopen_s(FILE *_VEXRT_RESTRICT *result, const char *path, const char *mode) {
     return open_checked(result, path, mode);
 }
-extern "C" errno_t _wfopen_s(FILE **result, const wchar_t *path, const wchar_t *mode) {
+extern "C" errno_t _wfopen_s(FILE *_VEXRT_RESTRICT *result, const wchar_t *path, const wchar_t *mode) {
     return open_checked(result, path, mode);
 }
 
@@ -159,10 +159,10 @@ extern "C" FILE *_wfreopen(const wchar_t *path, const wchar_t *mode, FILE *file)
     return reopen_stream(path, mode, file, 0);
 }
 
-extern "C" errno_t freopen_s(FILE **result, const char *path, const char *mode, FILE *file) {
+extern "C" errno_t freopen_s(FILE *_VEXRT_RESTRICT *result, const char *path, const char *mode, FILE *file) {
     return reopen_checked(result, path, mode, file);
 }
-extern "C" errno_t _wfreopen_s(FILE **result, const wchar_t *path, const wchar_t *mode, FILE *file) {
+extern "C" errno_t _wfreopen_s(FILE *_VEXRT_RESTRICT *result, const wchar_t *path, const wchar_t *mode, FILE *file) {
     return reopen_checked(result, path, mode, file);
 }
 

@@ -13,27 +13,26 @@ constexpr uint32_t taken = ~static_cast<uint32_t>(SF_HEAP | SF_CUSTOM);
 
 } // namespace
 
-// The standard streams, as they are before anything is done with them.
-#define VEXRT_STANDARD_STREAM(name, flag_bits, number, buffer, size)                               \
-    Stream name = {                                                                                \
-        .flags = (flag_bits),                                                                      \
-        .fd = (number),                                                                            \
-        .base = (buffer),                                                                          \
-        .end = (buffer) + (size),                                                                  \
-        .pos = (buffer),                                                                           \
-        .read_end = (buffer),                                                                      \
-        .put_limit = (buffer),                                                                     \
-        .unget_ptr = name.inline_buf,                                                              \
-        .wunget_ptr = name.wunget_area + 2,                                                        \
-        .wide_read_end = (buffer),                                                                 \
-        .wide_put_limit = (buffer),                                                                \
-        .index = (number),                                                                         \
-    };
+// A standard stream before anything is done with it, on a buffer of `size` bytes.
+constexpr Stream initial_stream(Stream &self, uint32_t flags, int fd, char *buffer, unsigned size) {
+    Stream stream{};
+    stream.flags = flags;
+    stream.fd = fd;
+    stream.base = stream.pos = stream.read_end = stream.put_limit = buffer;
+    stream.wide_read_end = stream.wide_put_limit = buffer;
+    stream.end = buffer + size;
+    stream.unget_ptr = self.inline_buf;
+    stream.wunget_ptr = self.wunget_area + 2;
+    stream.index = static_cast<unsigned>(fd);
+    return stream;
+}
 
-VEXRT_STANDARD_STREAM(standard_input, SF_READ, 0, standard_input.inline_buf, 1)
-VEXRT_STANDARD_STREAM(standard_output, SF_WRITE | SF_NOBUF, 1, standard_output.inline_buf, 1)
-VEXRT_STANDARD_STREAM(standard_error, SF_WRITE | SF_NOBUF, 2, standard_error_buffer,
-                      sizeof standard_error_buffer)
+constinit Stream standard_input =
+    initial_stream(standard_input, SF_READ, 0, standard_input.inline_buf, 1);
+constinit Stream standard_output =
+    initial_stream(standard_output, SF_WRITE | SF_NOBUF, 1, standard_output.inline_buf, 1);
+constinit Stream standard_error = initial_stream(
+    standard_error, SF_WRITE | SF_NOBUF, 2, standard_error_buffer, sizeof standard_error_buffer);
 
 Stream *stream_table[stream_limit] = {&standard_input, &standard_output, &standard_error};
 

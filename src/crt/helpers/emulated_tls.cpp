@@ -97,8 +97,9 @@ void __stdcall on_thread_event(void *, DWORD reason, void *) {
 }
 
 #pragma section(".CRT$XLC", read)
-__declspec(allocate(".CRT$XLC")) [[gnu::used]] void(__stdcall *const thread_event)(
-    void *, DWORD, void *) = on_thread_event;
+using ThreadEvent = void(__stdcall *)(void *, DWORD, void *);
+__declspec(allocate(".CRT$XLC")) __attribute__((used)) const ThreadEvent thread_event =
+    on_thread_event;
 
 } // namespace
 
