@@ -52,6 +52,64 @@ _VEXRT_DATA FILE __stdin, __stdout, __stderr;
 
 /* ---- Formatted output ---- */
 
+/*
+ * Format: %[flags][width][.precision][length]conversion.
+ *
+ *   flags       blank + - # 0
+ *   width       digits or *; negative means left-justified
+ *   precision   . and digits, none (0) or *; negative means none
+ *   length      hh h l ll I64 j z t L
+ *   conversion  d i o u x X c s p n %; %P is %p with capital letters
+ *
+ * Where this differs from ISO C: %p writes eight hexadecimal digits without "0x"; %z is never
+ * negative (%zd of -1 is 4294967295); %t is extended by its sign (%tx of -1 is sixteen f); a null %s
+ * is "(null)"; an unknown conversion is a field of its own letter. A left-justified %ls of more than
+ * 64 bytes is not padded.
+ *
+ * The functions return the number of characters, or -1: the output failed, a wide character has no
+ * multibyte form (errno EILSEQ), there is no memory for a long %ls (ENOMEM), there would be more than
+ * INT_MAX characters (ERANGE), `format` is null (EINVAL).
+ *
+ * The `_s` functions treat %n, a null %s, and null arguments as runtime-constraint violations with
+ * EINVAL.
+ */
+
+/* Format to a stream; printf() to stdout. The stream is locked for the whole call. A null `stream` is
+   EINVAL. */
+int fprintf(FILE *_VEXRT_RESTRICT stream, const char *_VEXRT_RESTRICT format, ...);
+int vfprintf(FILE *_VEXRT_RESTRICT stream, const char *_VEXRT_RESTRICT format, va_list arg);
+int printf(const char *_VEXRT_RESTRICT format, ...);
+int vprintf(const char *_VEXRT_RESTRICT format, va_list arg);
+int fprintf_s(FILE *_VEXRT_RESTRICT stream, const char *_VEXRT_RESTRICT format, ...);
+int vfprintf_s(FILE *_VEXRT_RESTRICT stream, const char *_VEXRT_RESTRICT format, va_list arg);
+int printf_s(const char *_VEXRT_RESTRICT format, ...);
+int vprintf_s(const char *_VEXRT_RESTRICT format, va_list arg);
+
+/* Formats to `s`, which must be large enough for the text and its terminator. On failure no
+   terminator is written. */
+int sprintf(char *_VEXRT_RESTRICT s, const char *_VEXRT_RESTRICT format, ...);
+int vsprintf(char *_VEXRT_RESTRICT s, const char *_VEXRT_RESTRICT format, va_list arg);
+
+/* Formats to `s` of `n` bytes. Text that does not fit is dropped, but counted in the result. The
+   buffer is always terminated; with `n` 0 it is left alone and may be null. */
+int snprintf(char *_VEXRT_RESTRICT s, size_t n, const char *_VEXRT_RESTRICT format, ...);
+int vsnprintf(char *_VEXRT_RESTRICT s, size_t n, const char *_VEXRT_RESTRICT format, va_list arg);
+
+/* As snprintf(), too long a text included. Violations: also a null `s`, `n` 0 or above RSIZE_MAX.
+   After a failure `s` is empty. */
+int snprintf_s(char *_VEXRT_RESTRICT s, rsize_t n, const char *_VEXRT_RESTRICT format, ...);
+int vsnprintf_s(char *_VEXRT_RESTRICT s, rsize_t n, const char *_VEXRT_RESTRICT format,
+                va_list arg);
+
+/* As snprintf_s(), but too long a text is a violation with ERANGE, and the result after any failure
+   is 0 (Annex K: a negative value for most). */
+int sprintf_s(char *_VEXRT_RESTRICT s, rsize_t n, const char *_VEXRT_RESTRICT format, ...);
+int vsprintf_s(char *_VEXRT_RESTRICT s, rsize_t n, const char *_VEXRT_RESTRICT format, va_list arg);
+
+/* Formats to a block of memory that fits, and stores its address in `*ptr`; the caller frees it.
+   After a failure `*ptr` is as it was. */
+int asprintf(char **_VEXRT_RESTRICT ptr, const char *_VEXRT_RESTRICT format, ...);
+int vasprintf(char **_VEXRT_RESTRICT ptr, const char *_VEXRT_RESTRICT format, va_list arg);
 /* ---- Opening and closing ---- */
 
 /*

@@ -1,0 +1,501 @@
+#include "format/formatter.h"
+
+#include "core/constraint.h"
+#include "format/literal.h"
+#include "locale/multibyte.h"
+
+#include <stdlib.h>
+#include <string.h>
+#include <wchar.h>
+
+namespace vexrt {
+
+namespace {
+
+// Padding goes out in pieces of these.
+constexpr unsigned chunk_length = 32;
+
+template <typename Char>
+struct Chunk {
+    Char of[chunk_length];
+    explicit constexpr Chunk(char c) : of{} {
+        for (Char &place : of) place = static_cast<Char>(c);
+    }
+};
+template <typename Char>
+constexpr Chunk<Char> blanks(' ');
+template <typename Char>
+constexpr Chunk<Char> zeros('0');
+
+constexpr char null_text[] = "(null)";
+constexpr wchar_t wide_null_text[] = L"(null)";
+
+inline const char *null_text_of(char) { return null_text; }
+inline const wchar_t *null_text_of(wchar_t) { return wide_null_text; }
+
+constexpr unsigned value_limit = 0x7FFFFFFF; // of a width or precision that is spelt out
+constexpr size_t no_limit = 0x7FFFFFFF;      // of the length of a text
+
+unsigned flag_of(unsigned c) {
+    switch (c) {
+    case ' ': return flag_space;
+    case '+': return flag_plus;
+    case '-': return flag_left;
+    case '#': return flag_alternate;
+    case '0': return flag_zero;
+    default: return 0;
+    }
+}
+
+inline bool is_digit(unsigned c) { return c - '0' < 10; }
+
+inline unsigned code_of(char c) { return static_cast<unsigned char>(c); }
+inline unsigned code_of(wchar_t c) { return c; }
+
+// The length of a string of which at most `limit` characters may be read.
+inline size_t bounded_length(const char *text, size_t limit) {
+    auto *end = static_cast<const char *>(memchr(text, '\0', limit));
+    return end ? static_cast<size_t>(end - text) : limit;
+}
+inline size_t bounded_length(const wchar_t *text, size_t limit) {
+    size_t length = 0;
+    while (length < limit && text[length]) ++length;
+    return length;
+}
+
+inline size_t whole_length(const char *text) { return strlen(text); }
+inline size_t whole_length(const wchar_t *text) { return wcslen(text); }
+
+// The next character of a text, converted: its length, 0 at the end of the text, -1 for an error.
+int next_piece(char *piece, const wchar_t *&text, mbstate_t &state) {
+    return *text ? encode_character(piece, *text++, state) : 0;
+}
+
+int next_piece(wchar_t *piece, const char *&text, mbstate_t &state) {
+    int taken = decode_character(piece, text, no_limit, state);
+    if (taken <= 0) return taken < 0 ? -1 : 0;
+    text += taken;
+    return 1;
+}
+
+// Literal text of a format: how much of it is output as it is, and the length of the '%' behind it,
+// 0 at the end of the format.
+struct Literal {
+    size_t length;
+    unsigned marker_length;
+};
+
+// Reads a format that is one character after the other.
+template <typename Char>
+inline Literal scan_plain(const Char *text) {
+    if (*text == '%') return {0, 1};
+    size_t length = literal_length(text);
+    return {length, text[length] == '%'};
+}
+
+// Decodes character by character, for a byte of a longer character may look like '%'. A byte that
+// cannot be decoded is output and then ends the format.
+Literal scan_multibyte(const char *text, mbstate_t &state) {
+    size_t length = 0;
+    for (;;) {
+        wchar_t wc = L'\0';
+        int taken = decode_character(&wc, text + length, no_limit, state);
+        unsigned bytes = taken > 0 ? static_cast<unsigned>(taken) : text[length] != '\0';
+        if (wc == L'%') return {length, bytes};
+        length += bytes;
+        if (wc == L'\0') return {length, 0};
+    }
+}
+
+// The literals of one format, one by one.
+class Literals {
+public:
+    explicit Literals(char) : plain_(byte_is_character(*thread_record().locale)) {}
+    explicit Literals(wchar_t) : plain_(true) {}
+    Literal next(const char *text) {
+        return plain_ ? scan_plain(text) : scan_multibyte(text, state_);
+    }
+    Literal next(const wchar_t *text) { return scan_plain(text); }
+
+private:
+    bool plain_;
+    mbstate_t state_ = {};
+};
+
+} // namespace
+
+template <typename Char>
+int Formatter<Char>::run() {
+    if (!format_) {
+        set_errno(EINVAL);
+        return -1;
+    }
+    Literals literals{Char()};
+    for (;;) {
+        Literal literal = literals.next(format_);
+        if (literal.length && !output_.put(format_, literal.length)) return -1;
+        if (!literal.marker_length) return output_.count();
+        format_ += literal.length + literal.marker_length;
+        if (!convert()) return -1;
+    }
+}
+
+template <typename Char>
+bool Formatter<Char>::convert() {
+    field_ = {};
+    read_directive();
+    unsigned letter = code_of(*format_);
+    if (letter) ++format_;
+    switch (letter) {
+    case 'd':
+    case 'i': return convert_signed();
+    case 'o':
+    case 'u':
+    case 'x':
+    case 'X': return convert_unsigned(letter);
+    case 'p':
+    case 'P': return convert_pointer(letter);
+    case 'c': return is_own_text() ? convert_character() : convert_other_character();
+    case 's': return is_own_text() ? convert_string() : convert_other_string();
+    case 'n': return store_count();
+    // A '%' at the end of a format stands for itself.
+    case '\0':
+    case '%': return put_percent();
+    // Floating conversions are not made yet. Their argument is passed over, so that those behind it
+    // are found, and the letter is output like any other that is no conversion.
+    case 'a':
+    case 'A':
+    case 'e':
+    case 'E':
+    case 'f':
+    case 'F':
+    case 'g':
+    case 'G': va_arg(arguments_, double); [[fallthrough]];
+    default: field_.add_prefix(letter); return put_field();
+    }
+}
+
+// ---- directives ----
+
+template <typename Char>
+void Formatter<Char>::read_directive() {
+    directive_ = {0, 0, -1, 0};
+    if (code_of(*format_) <= '9') { // as all flags, digits, '.' and '*' are
+        read_flags();
+        read_width();
+        read_precision();
+    }
+    directive_.length = read_length();
+}
+
+template <typename Char>
+void Formatter<Char>::read_flags() {
+    while (unsigned flag = flag_of(code_of(*format_))) {
+        directive_.flags |= flag;
+        ++format_;
+    }
+}
+
+template <typename Char>
+void Formatter<Char>::read_width() {
+    if (!skip('*')) {
+        directive_.width = read_number();
+        return;
+    }
+    unsigned width = next_word();
+    if (static_cast<int>(width) < 0) {
+        directive_.flags |= flag_left;
+        width = 0 - width;
+    }
+    directive_.width = width;
+}
+
+template <typename Char>
+void Formatter<Char>::read_precision() {
+    if (!skip('.')) return;
+    int precision = static_cast<int>(skip('*') ? next_word() : read_number());
+    directive_.precision = precision < 0 ? -1 : precision;
+}
+
+// Digits, none of them 0. What is too large becomes the limit.
+template <typename Char>
+unsigned Formatter<Char>::read_number() {
+    unsigned number = 0;
+    for (unsigned c; is_digit(c = code_of(*format_)); ++format_) {
+        unsigned digit = c - '0';
+        number = number > (value_limit - digit) / 10 ? value_limit : number * 10 + digit;
+    }
+    return number;
+}
+
+template <typename Char>
+unsigned Formatter<Char>::read_length() {
+    unsigned c = code_of(*format_);
+    switch (c) {
+    case 'h': ++format_; return skip('h') ? 'b' : 'h';
+    case 'l': ++format_; return skip('l') ? 'q' : 'l';
+    case 'j':
+    case 't':
+    case 'z':
+    case 'L': ++format_; return c;
+    case 'I':
+        if (format_[1] != '6' || format_[2] != '4') return 0;
+        format_ += 3;
+        return 'q';
+    default: return 0;
+    }
+}
+
+template <typename Char>
+bool Formatter<Char>::skip(char letter) {
+    if (*format_ != static_cast<Char>(letter)) return false;
+    ++format_;
+    return true;
+}
+
+// ---- integers ----
+
+// The differences between next_signed and next_unsigned in 'z' and 't' are kept on purpose: a 'z'
+// argument is never negative, a 't' argument is extended by its sign even when it is unsigned.
+template <typename Char>
+uint64_t Formatter<Char>::next_signed() {
+    auto extend = [](auto value) { return static_cast<uint64_t>(static_cast<int64_t>(value)); };
+    switch (directive_.length) {
+    case 'q':
+    case 'j': return va_arg(arguments_, uint64_t);
+    case 'b': return extend(static_cast<int8_t>(next_word()));
+    case 'h': return extend(static_cast<int16_t>(next_word()));
+    case 'z': return next_word();
+    default: return extend(static_cast<int32_t>(next_word()));
+    }
+}
+
+template <typename Char>
+uint64_t Formatter<Char>::next_unsigned() {
+    switch (directive_.length) {
+    case 'b': return static_cast<uint8_t>(next_word());
+    case 'h': return static_cast<uint16_t>(next_word());
+    case 'q':
+    case 'j':
+    case 't': return next_signed();
+    default: return next_word();
+    }
+}
+
+template <typename Char>
+bool Formatter<Char>::convert_signed() {
+    uint64_t value = next_signed();
+    if (static_cast<int64_t>(value) < 0) {
+        field_.add_prefix('-');
+        value = 0 - value;
+    } else if (directive_.flags & flag_plus) {
+        field_.add_prefix('+');
+    } else if (directive_.flags & flag_space) {
+        field_.add_prefix(' ');
+    }
+    make_digits(value, 'd');
+    return put_field();
+}
+
+template <typename Char>
+bool Formatter<Char>::convert_unsigned(unsigned letter) {
+    uint64_t value = next_unsigned();
+    bool hexadecimal = letter == 'x' || letter == 'X';
+    if (hexadecimal && value && directive_.flags & flag_alternate) {
+        field_.add_prefix('0');
+        field_.add_prefix(letter);
+    }
+    make_digits(value, letter);
+    return put_field();
+}
+
+// Always eight columns, whatever width was given.
+template <typename Char>
+bool Formatter<Char>::convert_pointer(unsigned letter) {
+    directive_.width = 8;
+    directive_.flags |= flag_zero;
+    make_digits(next_word(), letter == 'p' ? 'x' : 'X');
+    return put_field();
+}
+
+// The digits become the body. Precision and the `0` flag become leading zeros.
+template <typename Char>
+void Formatter<Char>::make_digits(uint64_t magnitude, unsigned letter) {
+    Char *end = digits_ + digit_room, *first = end;
+    int precision = directive_.precision;
+    if (magnitude || precision) {
+        switch (letter) {
+        case 'x': first = put_binary_digits(end, magnitude, 4, lower_digits<Char>); break;
+        case 'X': first = put_binary_digits(end, magnitude, 4, upper_digits<Char>); break;
+        case 'o':
+            first = put_binary_digits(end, magnitude, 3, lower_digits<Char>);
+            if (directive_.flags & flag_alternate && *first != '0') *--first = '0';
+            break;
+        default: first = put_decimal(end, magnitude);
+        }
+    }
+    field_.body = first;
+    field_.body_length = static_cast<unsigned>(end - first);
+    unsigned length = field_.body_length;
+    if (precision >= 0) {
+        if (length < static_cast<unsigned>(precision)) field_.leading_zeros = precision - length;
+    } else if ((directive_.flags & (flag_zero | flag_left)) == flag_zero) {
+        length += field_.prefix_length;
+        if (length < directive_.width) field_.leading_zeros = directive_.width - length;
+    }
+}
+
+// ---- text of the engine's own kind ----
+
+// `l` asks for wide text, which is the wide engine's own.
+template <typename Char>
+bool Formatter<Char>::is_own_text() const {
+    return (directive_.length == 'l') == (sizeof(Char) == sizeof(wchar_t));
+}
+
+template <typename Char>
+bool Formatter<Char>::convert_string() {
+    auto *text = next_pointer<const Char>();
+    if (!text) {
+        if (secure_) return violation();
+        text = null_text_of(Char());
+    }
+    field_.body = text;
+    size_t limit = static_cast<size_t>(directive_.precision);
+    field_.body_length =
+        directive_.precision < 0 ? whole_length(text) : bounded_length(text, limit);
+    return put_field();
+}
+
+template <typename Char>
+bool Formatter<Char>::convert_character() {
+    field_.add_prefix(next_word());
+    return put_field();
+}
+
+template <typename Char>
+bool Formatter<Char>::put_percent() {
+    const Char percent = '%';
+    return output_.put(&percent, 1);
+}
+
+template <typename Char>
+bool Formatter<Char>::store_count() {
+    if (secure_) return violation();
+    int count = output_.count();
+    switch (directive_.length) {
+    case 'b': *next_pointer<int8_t>() = static_cast<int8_t>(count); break;
+    case 'h': *next_pointer<int16_t>() = static_cast<int16_t>(count); break;
+    case 'q':
+    case 'j': *next_pointer<int64_t>() = count; break;
+    default: *next_pointer<int32_t>() = count;
+    }
+    return true;
+}
+
+// ---- text that is converted ----
+
+template <typename Char>
+bool Formatter<Char>::convert_other_character() {
+    const Other text[2] = {static_cast<Other>(next_word()), 0};
+    return transcode(text, no_limit);
+}
+
+template <typename Char>
+bool Formatter<Char>::convert_other_string() {
+    auto *text = next_pointer<const Other>();
+    if (!text) {
+        if (secure_) return violation();
+        text = null_text_of(Other());
+    }
+    return transcode(text, directive_.precision < 0 ? no_limit : directive_.precision);
+}
+
+// Converts through a buffer that holds the whole field when that is padded on the left. When text
+// to be padded on the right does not fit the buffer, the parts go out unpadded, and so does the
+// last.
+template <typename Char>
+bool Formatter<Char>::transcode(const Other *text, size_t limit) {
+    constexpr size_t local_size = 64;
+    Char local[local_size];
+    size_t size = size_t{directive_.width} + multibyte_limit;
+    if (directive_.flags & flag_left || size <= local_size)
+        return transcode_through(local, local_size, text, limit);
+    if (size > SIZE_MAX / sizeof(Char)) {
+        set_errno(ENOMEM);
+        return false;
+    }
+    auto *buffer = static_cast<Char *>(malloc(size * sizeof(Char)));
+    if (!buffer) return false;
+    bool ok = transcode_through(buffer, size, text, limit);
+    free(buffer);
+    return ok;
+}
+
+// A character is never split by the limit. What came before an error is still output.
+template <typename Char>
+bool Formatter<Char>::transcode_through(Char *buffer, size_t size, const Other *text,
+                                        size_t limit) {
+    mbstate_t state = {};
+    Char piece[multibyte_limit];
+    size_t used = 0;
+    int length = 0;
+    while (limit && (length = next_piece(piece, text, state)) > 0) {
+        auto count = static_cast<size_t>(length);
+        if (count > limit) break;
+        if (count > size - used) {
+            directive_.width = 0;
+            if (!put_as_field(buffer, used)) return false;
+            used = 0;
+        }
+        memcpy(buffer + used, piece, count * sizeof(Char));
+        used += count;
+        limit -= count;
+    }
+    return put_as_field(buffer, used) && length >= 0;
+}
+
+// ---- output ----
+
+template <typename Char>
+bool Formatter<Char>::put_as_field(const Char *text, size_t length) {
+    field_.body = text;
+    field_.body_length = length;
+    return put_field();
+}
+
+template <typename Char>
+bool Formatter<Char>::put_field() {
+    const Field<Char> &field = field_;
+    uint64_t length = field.length();
+    uint64_t padding = length < directive_.width ? directive_.width - length : 0;
+    bool left = directive_.flags & flag_left;
+    return (left || put_run(blanks<Char>.of, padding)) &&
+           output_.put(field.prefix, field.prefix_length) &&
+           put_run(zeros<Char>.of, field.leading_zeros) &&
+           output_.put(field.body, field.body_length) &&
+           put_run(zeros<Char>.of, field.middle_zeros) &&
+           output_.put(field.body + field.body_length, field.tail_length) &&
+           put_run(zeros<Char>.of, field.trailing_zeros) &&
+           (!left || put_run(blanks<Char>.of, padding));
+}
+
+// `count` times the character that `chunk` is full of.
+template <typename Char>
+bool Formatter<Char>::put_run(const Char *chunk, uint64_t count) {
+    for (; count > chunk_length; count -= chunk_length)
+        if (!output_.put(chunk, chunk_length)) return false;
+    return output_.put(chunk, static_cast<size_t>(count));
+}
+
+// The handler sees all that was output before.
+template <typename Char>
+bool Formatter<Char>::violation() {
+    if (output_.settle()) report_constraint(EINVAL);
+    return false;
+}
+
+template class Formatter<char>;
+template class Formatter<wchar_t>;
+
+} // namespace vexrt

@@ -1,0 +1,95 @@
+// The formatted output engine: walks a format, fetches arguments, builds a field for each
+// conversion and puts it into an output.
+#pragma once
+
+#include "format/digits.h"
+#include "format/field.h"
+#include "format/output.h"
+
+#include <_mbstate.h>
+#include <stdarg.h>
+#include <stddef.h>
+#include <stdint.h>
+
+namespace vexrt {
+
+// The text that the engine for `Char` converts: wide text in the narrow engine and the reverse.
+template <typename Char>
+struct OtherText;
+template <>
+struct OtherText<char> {
+    using Type = wchar_t;
+};
+template <>
+struct OtherText<wchar_t> {
+    using Type = char;
+};
+
+template <typename Char>
+class Formatter {
+public:
+    Formatter(Output<Char> &output, const Char *format, va_list arguments, bool secure)
+        : output_(output), format_(format), arguments_(arguments), secure_(secure) {}
+
+    // The number of characters, or -1.
+    int run();
+
+private:
+    using Other = typename OtherText<Char>::Type;
+
+    bool convert();
+
+    void read_directive();
+    void read_flags();
+    void read_width();
+    void read_precision();
+    unsigned read_length();
+    unsigned read_number();
+    bool skip(char letter);
+
+    uint32_t next_word() { return va_arg(arguments_, uint32_t); }
+    uint64_t next_signed();
+    uint64_t next_unsigned();
+    template <typename T>
+    T *next_pointer() {
+        return va_arg(arguments_, T *);
+    }
+
+    bool convert_signed();
+    bool convert_unsigned(unsigned letter);
+    bool convert_pointer(unsigned letter);
+    bool is_own_text() const;
+    bool convert_string();
+    bool convert_character();
+    bool convert_other_string();
+    bool convert_other_character();
+    bool put_percent();
+    bool store_count();
+
+    void make_digits(uint64_t magnitude, unsigned letter);
+    bool transcode(const Other *text, size_t limit);
+    bool transcode_through(Char *buffer, size_t size, const Other *text, size_t limit);
+
+    bool put_field();
+    bool put_as_field(const Char *text, size_t length);
+    bool put_run(const Char *chunk, uint64_t count);
+    bool violation();
+
+    Output<Char> &output_;
+    const Char *format_;
+    va_list arguments_;
+    bool secure_;
+    Directive directive_;
+    Field<Char> field_;
+    Char digits_[digit_room];
+};
+
+template <typename Char>
+int format_to(Output<Char> &output, const Char *format, va_list arguments, bool secure) {
+    return Formatter<Char>(output, format, arguments, secure).run();
+}
+
+extern template class Formatter<char>;
+extern template class Formatter<wchar_t>;
+
+} // namespace vexrt
