@@ -74,9 +74,11 @@ void Lock::enter_shared(DWORD me) {
         __builtin_ia32_pause();
     }
     DWORD last_error = GetLastError();
+    // The event must be there before the owner is told of a waiter: it signals only what it finds.
+    HANDLE wake = event_of(event);
     while (exchange(state, 2) != 0) {
         // Without an event, waiting degrades to polling; it still ends.
-        if (HANDLE wake = event_of(event)) WaitForSingleObject(wake, INFINITE);
+        if (wake) WaitForSingleObject(wake, INFINITE);
         else Sleep(1);
     }
     SetLastError(last_error);
