@@ -12,8 +12,9 @@ Lock *numbered_locks[lock_count];
 namespace {
 
 // On two or more processors the owner is usually about to leave: look again for a while before
-// asking the system to wait.
-constexpr int spin_limit = 200;
+// asking the system to wait. The looks become rarer, because each takes the cache line away from an
+// owner that may have many short things to do: it gets through them in a row.
+constexpr int longest_pause = 1024;
 
 DWORD exchange(volatile DWORD &word, DWORD value) {
     return __atomic_exchange_n(&word, value, __ATOMIC_SEQ_CST);
@@ -69,14 +70,16 @@ void Lock::enter_shared(DWORD me) {
 
 [[gnu::noinline]] void Lock::enter_contended() {
     if (threading_mode.owners_gone) return; // whoever held it will never come back
-    for (int i = 0; i < spin_limit; ++i) {
+    for (int pauses = 1; pauses <= longest_pause; pauses *= 2) {
+        for (int i = 0; i < pauses; ++i) __builtin_ia32_pause();
         if (state == 0 && try_claim(state)) return;
-        __builtin_ia32_pause();
     }
     DWORD last_error = GetLastError();
+    // The event must be there before the owner is told of a waiter: it signals only what it finds.
+    HANDLE wake = event_of(event);
     while (exchange(state, 2) != 0) {
         // Without an event, waiting degrades to polling; it still ends.
-        if (HANDLE wake = event_of(event)) WaitForSingleObject(wake, INFINITE);
+        if (wake) WaitForSingleObject(wake, INFINITE);
         else Sleep(1);
     }
     SetLastError(last_error);
