@@ -4,8 +4,6 @@
 
 namespace vexrt {
 
-constinit Kernels kernels = sse2_kernels;
-
 namespace {
 
 void choose_kernels() {
