@@ -124,6 +124,26 @@ void free(void *ptr);
 
 /* ---- Searching and sorting ---- */
 
+/*
+ * Sort `nmemb` elements of `size` bytes by the sign of what `compar` returns; not stable. The time
+ * grows with nmemb * log(nmemb) whatever the order. Nothing is allocated.
+ *
+ * qsort_s passes `context` on to the comparator and returns 0. EINVAL (a constraint violation) for a
+ * number or a size above RSIZE_MAX, or for null pointers unless `nmemb` is 0; nothing is sorted then.
+ */
+void qsort(void *base, size_t nmemb, size_t size, int (*compar)(const void *, const void *));
+errno_t qsort_s(void *base, rsize_t nmemb, rsize_t size,
+                int (*compar)(const void *x, const void *y, void *context), void *context);
+
+/*
+ * An element equal to the key in an array sorted by `compar`, or null. The comparator gets the key
+ * first. bsearch_s passes `context` on; the same constraints as qsort_s, also for a null key.
+ */
+void *bsearch(const void *key, const void *base, size_t nmemb, size_t size,
+              int (*compar)(const void *, const void *));
+void *bsearch_s(const void *key, const void *base, rsize_t nmemb, rsize_t size,
+                int (*compar)(const void *k, const void *y, void *context), void *context);
+
 _VEXRT_END
 
 #endif

@@ -56,6 +56,57 @@ int vaswprintf(wchar_t **_VEXRT_RESTRICT ptr, const wchar_t *_VEXRT_RESTRICT for
 
 /* ---- Strings ---- */
 
+/* As the functions of <string.h> with str or mem in their names; all sizes and counts are numbers of
+   wide characters. */
+wchar_t *wmemcpy(wchar_t *_VEXRT_RESTRICT s1, const wchar_t *_VEXRT_RESTRICT s2, size_t n);
+wchar_t *wmemmove(wchar_t *s1, const wchar_t *s2, size_t n);
+wchar_t *wmemset(wchar_t *s, wchar_t c, size_t n);
+wchar_t *wmemchr(const wchar_t *s, wchar_t c, size_t n);
+int wmemcmp(const wchar_t *s1, const wchar_t *s2, size_t n);
+errno_t wmemcpy_s(wchar_t *_VEXRT_RESTRICT s1, rsize_t s1max, const wchar_t *_VEXRT_RESTRICT s2,
+                  rsize_t n);
+errno_t wmemmove_s(wchar_t *s1, rsize_t s1max, const wchar_t *s2, rsize_t n);
+
+wchar_t *wcscpy(wchar_t *_VEXRT_RESTRICT s1, const wchar_t *_VEXRT_RESTRICT s2);
+wchar_t *wcsncpy(wchar_t *_VEXRT_RESTRICT s1, const wchar_t *_VEXRT_RESTRICT s2, size_t n);
+wchar_t *wcscat(wchar_t *_VEXRT_RESTRICT s1, const wchar_t *_VEXRT_RESTRICT s2);
+wchar_t *wcsncat(wchar_t *_VEXRT_RESTRICT s1, const wchar_t *_VEXRT_RESTRICT s2, size_t n);
+errno_t wcscpy_s(wchar_t *_VEXRT_RESTRICT s1, rsize_t s1max, const wchar_t *_VEXRT_RESTRICT s2);
+errno_t wcsncpy_s(wchar_t *_VEXRT_RESTRICT s1, rsize_t s1max, const wchar_t *_VEXRT_RESTRICT s2,
+                  rsize_t n);
+errno_t wcscat_s(wchar_t *_VEXRT_RESTRICT s1, rsize_t s1max, const wchar_t *_VEXRT_RESTRICT s2);
+errno_t wcsncat_s(wchar_t *_VEXRT_RESTRICT s1, rsize_t s1max, const wchar_t *_VEXRT_RESTRICT s2,
+                  rsize_t n);
+wchar_t *_wcsdup(const wchar_t *s);
+
+size_t wcslen(const wchar_t *s);
+size_t wcsnlen_s(const wchar_t *s, size_t maxsize);
+int wcscmp(const wchar_t *s1, const wchar_t *s2);
+int wcsncmp(const wchar_t *s1, const wchar_t *s2, size_t n);
+int _wcsicmp(const wchar_t *s1, const wchar_t *s2);
+int _wcsnicmp(const wchar_t *s1, const wchar_t *s2, size_t n);
+
+wchar_t *wcschr(const wchar_t *s, wchar_t c);
+wchar_t *wcsrchr(const wchar_t *s, wchar_t c);
+size_t wcsspn(const wchar_t *s1, const wchar_t *s2);
+size_t wcscspn(const wchar_t *s1, const wchar_t *s2);
+wchar_t *wcspbrk(const wchar_t *s1, const wchar_t *s2);
+wchar_t *wcsstr(const wchar_t *s1, const wchar_t *s2);
+
+wchar_t *_wcslwr(wchar_t *s);
+wchar_t *_wcsupr(wchar_t *s);
+wchar_t *_wcsset(wchar_t *s, wchar_t c);
+wchar_t *_wcsnset(wchar_t *s, wchar_t c, size_t n);
+wchar_t *_wcsrev(wchar_t *s);
+
+/* As strtok(), the position kept in `*ptr`; null there is the end. As strtok_s(). As strtok(), the
+   position kept for the thread, apart from that of strtok(). */
+wchar_t *wcstok(wchar_t *_VEXRT_RESTRICT s1, const wchar_t *_VEXRT_RESTRICT s2,
+                wchar_t **_VEXRT_RESTRICT ptr);
+wchar_t *wcstok_s(wchar_t *_VEXRT_RESTRICT s1, rsize_t *_VEXRT_RESTRICT s1max,
+                  const wchar_t *_VEXRT_RESTRICT s2, wchar_t **_VEXRT_RESTRICT ptr);
+wchar_t *_wcstok_ms(wchar_t *_VEXRT_RESTRICT s1, const wchar_t *_VEXRT_RESTRICT s2);
+
 /* ---- Error texts ---- */
 
 /* The message of an errno value, in wide characters; as strerror(). */

@@ -37,12 +37,12 @@ struct Avx2 {
     static Block broadcast(wchar_t c) { return _mm256_set1_epi16(static_cast<short>(c)); }
     template <typename Char>
     static Block equal(Block left, Block right) {
-        if constexpr (is_narrow<Char>) return _mm256_cmpeq_epi8(left, right);
-        else return _mm256_cmpeq_epi16(left, right);
+        if constexpr (is_narrow<Char>)
+            return _mm256_cmpeq_epi8(left, right);
+        else
+            return _mm256_cmpeq_epi16(left, right);
     }
-    static uint32_t mask(Block block) {
-        return static_cast<uint32_t>(_mm256_movemask_epi8(block));
-    }
+    static uint32_t mask(Block block) { return static_cast<uint32_t>(_mm256_movemask_epi8(block)); }
 
     // The rows of a byte set (see span.h), each half for both halves of a block.
     static constexpr bool has_contained = true;

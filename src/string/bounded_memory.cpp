@@ -25,9 +25,12 @@ errno_t violation(Char *to, Char value, size_t room, errno_t code) {
 template <typename Char>
 errno_t move_checked(Char *to, size_t room, const Char *from, size_t count, Overlap overlap) {
     errno_t code = 0;
-    if (!to || !from || room > RSIZE_MAX || count > RSIZE_MAX) code = EINVAL;
-    else if (count > room) code = ERANGE;
-    else if (overlap == Overlap::violation && overlaps(to, count, from, count)) code = EINVAL;
+    if (!to || !from || room > RSIZE_MAX || count > RSIZE_MAX)
+        code = EINVAL;
+    else if (count > room)
+        code = ERANGE;
+    else if (overlap == Overlap::violation && overlaps(to, count, from, count))
+        code = EINVAL;
     if (code) return violation(to, Char(0), room, code);
     kernels.move(to, from, count * sizeof(Char));
     return 0;

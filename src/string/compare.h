@@ -91,7 +91,7 @@ auto stops(const char *left, const char *right) {
 template <typename Vector, typename Char>
 struct StringPair {
     const char *left, *right;
-    size_t remaining; // bytes that may still be compared
+    size_t remaining;   // bytes that may still be compared
     bool begun = false; // at least a block lies behind
 
     static constexpr size_t width = Vector::width, group = 4 * width;
@@ -138,8 +138,8 @@ struct StringPair {
     }
 
     bool group_stops() const {
-        auto first = stops<Vector, Char>(left, right) |
-                     stops<Vector, Char>(left + width, right + width);
+        auto first =
+            stops<Vector, Char>(left, right) | stops<Vector, Char>(left + width, right + width);
         auto second = stops<Vector, Char>(left + 2 * width, right + 2 * width) |
                       stops<Vector, Char>(left + 3 * width, right + 3 * width);
         return Vector::mask(first | second) != 0;

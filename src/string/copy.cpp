@@ -82,9 +82,7 @@ wchar_t *wcsncat(wchar_t *__restrict s1, const wchar_t *__restrict s2, size_t n)
 }
 
 char *strdup(const char *s) { return duplicate(s, kernels.narrow.length(s)); }
-char *strndup(const char *s, size_t n) {
-    return duplicate(s, kernels.narrow.bounded_length(s, n));
-}
+char *strndup(const char *s, size_t n) { return duplicate(s, kernels.narrow.bounded_length(s, n)); }
 wchar_t *_wcsdup(const wchar_t *s) { return duplicate(s, kernels.wide.length(s)); }
 
 } // extern "C"

@@ -33,8 +33,8 @@ struct Kernels {
     void *(*move)(void *to, const void *from, size_t size); // the two may overlap
 };
 
-extern const Kernels sse2_kernels, avx2_kernels;
 extern Kernels kernels;
+extern const Kernels avx2_kernels;
 
 template <typename Char>
 const StringKernels<Char> &string_kernels();

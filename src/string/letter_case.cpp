@@ -1,6 +1,8 @@
 // Comparison without regard to letter case, and strings turned to one case, by the thread's locale.
 
-#include <ctype.h>
+#include "core/thread_record.h"
+#include "locale/locale_record.h"
+
 #include <stdint.h>
 #include <string.h>
 #include <wchar.h>
@@ -10,16 +12,33 @@ namespace vexrt {
 
 namespace {
 
-int lower(char c) { return tolower(static_cast<unsigned char>(c)); }
-int lower(wchar_t c) { return towlower(c); }
-int upper(char c) { return toupper(static_cast<unsigned char>(c)); }
-int upper(wchar_t c) { return towupper(c); }
+// The case mappings of the thread's locale, looked up once a call.
+template <typename Char>
+struct Lower {
+    const short *table = thread_record().locale->lower_case;
+    int operator()(Char c) const { return table[static_cast<unsigned char>(c)]; }
+};
+template <>
+struct Lower<wchar_t> {
+    int operator()(wchar_t c) const { return towlower(c); }
+};
+
+template <typename Char>
+struct Upper {
+    const short *table = thread_record().locale->upper_case;
+    int operator()(Char c) const { return table[static_cast<unsigned char>(c)]; }
+};
+template <>
+struct Upper<wchar_t> {
+    int operator()(wchar_t c) const { return towupper(c); }
+};
 
 enum class Stop { at_terminator, at_count_only };
 
 // Up to `count` characters; equal ones need no look at their case.
 template <Stop stop, typename Char>
 int compare_ignoring_case(const Char *left, const Char *right, size_t count) {
+    const Lower<Char> lower;
     for (; count; ++left, ++right, --count) {
         if (*left != *right) {
             int difference = lower(*left) - lower(*right);
@@ -30,9 +49,10 @@ int compare_ignoring_case(const Char *left, const Char *right, size_t count) {
     return 0;
 }
 
-template <typename Char>
-Char *turn(Char *string, int (*turned)(Char)) {
-    for (Char *at = string; *at; ++at) *at = static_cast<Char>(turned(*at));
+template <typename Mapping, typename Char>
+Char *turn(Char *string) {
+    const Mapping mapping;
+    for (Char *at = string; *at; ++at) *at = static_cast<Char>(mapping(*at));
     return string;
 }
 
@@ -63,10 +83,10 @@ int _wcsnicmp(const wchar_t *s1, const wchar_t *s2, size_t n) {
     return compare_ignoring_case<Stop::at_terminator>(s1, s2, n);
 }
 
-char *_strlwr(char *s) { return turn<char>(s, lower); }
-wchar_t *_wcslwr(wchar_t *s) { return turn<wchar_t>(s, lower); }
+char *_strlwr(char *s) { return turn<Lower<char>>(s); }
+wchar_t *_wcslwr(wchar_t *s) { return turn<Lower<wchar_t>>(s); }
 
-char *_strupr(char *s) { return turn<char>(s, upper); }
-wchar_t *_wcsupr(wchar_t *s) { return turn<wchar_t>(s, upper); }
+char *_strupr(char *s) { return turn<Upper<char>>(s); }
+wchar_t *_wcsupr(wchar_t *s) { return turn<Upper<wchar_t>>(s); }
 
 } // extern "C"

@@ -95,12 +95,18 @@ void *move(void *target, const void *source, size_t size) {
     constexpr size_t width = Vector::width;
     char *to = static_cast<char *>(target);
     const char *from = static_cast<const char *>(source);
-    if (size < width) move_below_block<Vector>(to, from, size);
-    else if (size <= 2 * width) move_end_blocks<Vector, 1>(to, from, size);
-    else if (size <= 4 * width) move_end_blocks<Vector, 2>(to, from, size);
-    else if (size <= 8 * width) move_end_blocks<Vector, 4>(to, from, size);
-    else if (address_of(to) - address_of(from) >= size) move_up<Vector>(to, from, size);
-    else move_down<Vector>(to, from, size);
+    if (size < width)
+        move_below_block<Vector>(to, from, size);
+    else if (size <= 2 * width)
+        move_end_blocks<Vector, 1>(to, from, size);
+    else if (size <= 4 * width)
+        move_end_blocks<Vector, 2>(to, from, size);
+    else if (size <= 8 * width)
+        move_end_blocks<Vector, 4>(to, from, size);
+    else if (address_of(to) - address_of(from) >= size)
+        move_up<Vector>(to, from, size);
+    else
+        move_down<Vector>(to, from, size);
     return target;
 }
 

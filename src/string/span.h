@@ -35,8 +35,10 @@ struct StopsSpan {
     typename Vector::Set members;
     auto operator()(typename Vector::Block block) const {
         auto member = Vector::contained(block, members);
-        if constexpr (ends_at_members) return member;
-        else return ~member;
+        if constexpr (ends_at_members)
+            return member;
+        else
+            return ~member;
     }
 };
 
@@ -48,8 +50,10 @@ struct StopsWideSpan {
         if (ends_at_members) member = Vector::template equal<wchar_t>(block, member);
         for (const wchar_t *next = set; *next; ++next)
             member |= Vector::template equal<wchar_t>(block, Vector::broadcast(*next));
-        if constexpr (ends_at_members) return member;
-        else return ~member;
+        if constexpr (ends_at_members)
+            return member;
+        else
+            return ~member;
     }
 };
 

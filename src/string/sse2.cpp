@@ -3,6 +3,6 @@
 
 namespace vexrt {
 
-constinit const Kernels sse2_kernels = kernels_of<Sse2>;
+constinit Kernels kernels = kernels_of<Sse2>;
 
 } // namespace vexrt

@@ -20,9 +20,7 @@ struct Sse2 {
     static Block load_aligned(const char *from) {
         return _mm_load_si128(reinterpret_cast<const Block *>(from));
     }
-    static void store(void *to, Block block) {
-        _mm_storeu_si128(static_cast<Block *>(to), block);
-    }
+    static void store(void *to, Block block) { _mm_storeu_si128(static_cast<Block *>(to), block); }
     static void store_aligned(void *to, Block block) {
         _mm_store_si128(static_cast<Block *>(to), block);
     }
@@ -30,8 +28,10 @@ struct Sse2 {
     static Block broadcast(wchar_t c) { return _mm_set1_epi16(static_cast<short>(c)); }
     template <typename Char>
     static Block equal(Block left, Block right) {
-        if constexpr (is_narrow<Char>) return _mm_cmpeq_epi8(left, right);
-        else return _mm_cmpeq_epi16(left, right);
+        if constexpr (is_narrow<Char>)
+            return _mm_cmpeq_epi8(left, right);
+        else
+            return _mm_cmpeq_epi16(left, right);
     }
     static uint32_t mask(Block block) { return static_cast<uint32_t>(_mm_movemask_epi8(block)); }
 };

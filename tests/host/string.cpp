@@ -10,10 +10,6 @@
 #include <string.h>
 #include <sys/mman.h>
 
-namespace vexrt {
-Kernels kernels = sse2_kernels;
-}
-
 namespace {
 
 int passed, failed;
@@ -111,7 +107,8 @@ struct Tests {
               static_cast<long>(k.bounded_length(text, limit)), static_cast<long>(bounded), shift,
               count);
         for (unsigned letter = 0; letter < 6; ++letter) {
-            Char wanted = letter < 5 ? character<Char>(letter + (sizeof(Char) > 1 ? 2 : 0)) : Char(0);
+            Char wanted =
+                letter < 5 ? character<Char>(letter + (sizeof(Char) > 1 ? 2 : 0)) : Char(0);
             long first = -1, last = -1, in_limit = -1;
             for (long i = length; i >= 0; --i)
                 if (text[i] == wanted) {
@@ -145,7 +142,8 @@ struct Tests {
         text[count] = 0;
         for (int inside = 1; inside >= 0; --inside) {
             if (!inside) fill_random(text, count, random_below(8) + 1);
-            size_t limit = random_below(3) ? SIZE_MAX : random_below(static_cast<unsigned>(count) + 2);
+            size_t limit =
+                random_below(3) ? SIZE_MAX : random_below(static_cast<unsigned>(count) + 2);
             size_t due = 0;
             for (; due < limit && text[due]; ++due) {
                 bool member = false;
@@ -195,7 +193,8 @@ struct Tests {
         if (random_below(2) && length < count)
             memcpy(needle, haystack + random_below(static_cast<unsigned>(count - length)),
                    length * sizeof(Char));
-        else fill_random(needle, length, letters);
+        else
+            fill_random(needle, length, letters);
         if (length && random_below(3) == 0) needle[length - 1] = 'b';
         needle[length] = 0;
         long due = -1;
@@ -228,7 +227,8 @@ struct Tests {
         size_t from = random_below(span + 1);
         size_t to = random_below(2) ? random_below(span + 1) : from + random_below(300) - 150;
         if (to > span) to = span;
-        for (size_t i = 0; i < left_arena.size(); ++i) area[i] = static_cast<char>(random_below(256));
+        for (size_t i = 0; i < left_arena.size(); ++i)
+            area[i] = static_cast<char>(random_below(256));
         memcpy(due, area, left_arena.size());
         memmove(due + to, due + from, size);
         void *result = all.move(area + to, area + from, size);
@@ -289,7 +289,7 @@ void run_all(const char *name, const vexrt::Kernels &all) {
 } // namespace
 
 int main() {
-    run_all("sse2", vexrt::sse2_kernels);
+    run_all("sse2", vexrt::kernels);
     vexrt::kernels = vexrt::avx2_kernels;
     __builtin_cpu_init();
     if (__builtin_cpu_supports("avx2")) run_all("avx2", vexrt::avx2_kernels);
