@@ -34,3 +34,7 @@ struct TlsDirectory {
 extern const TlsDirectory _tls_used = {&_tls_start, &_tls_end, &_tls_index, &__xl_a + 1, 0, 0};
 
 } // extern "C"
+
+// Where the thread block keeps the pointers to the images' variables.
+__asm__(".globl __tls_array\n"
+        "__tls_array = 0x2C\n");

@@ -6,6 +6,7 @@
 #include "heap/heap.h"
 #include "io/io.h"
 #include "startup/startup.h"
+#include "string/kernels.h"
 
 namespace vexrt {
 
@@ -49,6 +50,7 @@ BOOL attach_process(bool with_program) {
     create_static_locks();
     if (!thread_records_attach()) return false;
     probe_cpu();
+    choose_string_kernels();
     sample_performance_counter();
     descriptors_attach();
     capture_environment();

@@ -36,6 +36,8 @@ struct Kernels {
 extern Kernels kernels;
 extern const Kernels avx2_kernels;
 
+void choose_string_kernels(); // at attach, once the processor is known
+
 template <typename Char>
 const StringKernels<Char> &string_kernels();
 template <>
