@@ -139,7 +139,7 @@ static struct child child_run_line(const char *line, const char *input)
     streams[0].length = (unsigned long)strlen(streams[0].text);
     for (i = 0; i < 3; ++i) child_open(&streams[i], i == 0);
     for (i = 1; i < 3; ++i) streams[i].text = texts[i - 1];
-    struct child_startup startup = {sizeof startup};
+    struct child_startup startup = {.size = sizeof startup};
     startup.flags = 0x100; /* STARTF_USESTDHANDLES */
     startup.input = streams[0].theirs;
     startup.output = streams[1].theirs;

@@ -54,7 +54,7 @@ Reallocation reallocate_small(void *block, size_t size) {
     if (!moved) moved = system_allocate(size, default_alignment);
     if (!moved) return {nullptr, ENOMEM};
     size_t old_size = small_heap.usable_size(block);
-    __builtin_memcpy(moved, block, old_size < size ? old_size : size);
+    memcpy(moved, block, old_size < size ? old_size : size);
     small_heap.release(block);
     return {moved, 0};
 }
@@ -63,7 +63,7 @@ Reallocation reallocate_small(void *block, size_t size) {
 void *reallocate_large(void *block, size_t size) {
     if (void *moved = allocate_small(size)) {
         size_t old_size = system_usable_size(block);
-        __builtin_memcpy(moved, block, old_size < size ? old_size : size);
+        memcpy(moved, block, old_size < size ? old_size : size);
         system_release(block);
         return moved;
     }
@@ -111,7 +111,7 @@ extern "C" void free(void *block) {
 extern "C" void *calloc(size_t count, size_t size) {
     size_t total;
     if (__builtin_mul_overflow(count, size, &total)) return nullptr;
-    if (void *block = allocate_small(total)) return __builtin_memset(block, 0, total);
+    if (void *block = allocate_small(total)) return memset(block, 0, total);
     void *block = system_allocate(total, default_alignment, Fill::zero);
     return block ? block : out_of_memory();
 }

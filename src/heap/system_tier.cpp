@@ -48,7 +48,7 @@ void *resize_underlying(void *block, size_t size) {
     if (!grown) return nullptr;
     auto *content = static_cast<char *>(grown) + offset;
     void *moved = aligned_in(grown, default_alignment);
-    if (moved != content) __builtin_memmove(moved, content, size);
+    if (moved != content) memmove(moved, content, size);
     return place(grown, default_alignment);
 }
 
@@ -56,7 +56,7 @@ void *move_to_new(void *block, size_t size) {
     void *moved = system_allocate(size, default_alignment);
     if (!moved) return nullptr;
     size_t old_size = system_usable_size(block);
-    __builtin_memcpy(moved, block, old_size < size ? old_size : size);
+    memcpy(moved, block, old_size < size ? old_size : size);
     system_release(block);
     return moved;
 }
