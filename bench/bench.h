@@ -63,19 +63,19 @@ static void bench_print(const char *name, double ns)
 #define BENCH_SKIP(name) (printf("%s\t-\n", (name)), (void)fflush(stdout))
 
 /* The first loop finds how many repetitions take a round. */
-#define BENCH(name, units, statement)                                                              \
+#define BENCH(name, units, ...)                                                                    \
     do {                                                                                           \
         unsigned long bench_count_ = 1, bench_i_;                                                  \
         double bench_best_ = 1e300, bench_time_ = 0;                                               \
         for (;; bench_count_ *= 2) {                                                               \
             bench_time_ = bench_now();                                                             \
-            for (bench_i_ = 0; bench_i_ < bench_count_; ++bench_i_) { statement; }                 \
+            for (bench_i_ = 0; bench_i_ < bench_count_; ++bench_i_) { __VA_ARGS__; }               \
             bench_time_ = bench_now() - bench_time_;                                               \
             if (bench_time_ >= BENCH_ROUND_NS / 2 || bench_count_ >= 1ul << 30) break;             \
         }                                                                                          \
         for (int bench_round_ = 0; bench_round_ < BENCH_ROUNDS; ++bench_round_) {                  \
             bench_time_ = bench_now();                                                             \
-            for (bench_i_ = 0; bench_i_ < bench_count_; ++bench_i_) { statement; }                 \
+            for (bench_i_ = 0; bench_i_ < bench_count_; ++bench_i_) { __VA_ARGS__; }               \
             bench_time_ = (bench_now() - bench_time_) / (double)bench_count_ / (double)(units);    \
             if (bench_time_ < bench_best_) bench_best_ = bench_time_;                              \
         }                                                                                          \
