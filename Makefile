@@ -9,7 +9,6 @@
 
 BUILD := build
 DIST  := $(BUILD)/dist
-JOBS  := $(shell nproc)
 
 .PHONY: all dist demo test bench lint clean setup examples
 all: dist
@@ -34,7 +33,7 @@ test: examples
 	@test -f $(BUILD)/tests/build.ninja || cmake -S tests -B $(BUILD)/tests -G Ninja \
 	    --log-level=WARNING --toolchain $(CURDIR)/$(DIST)/cmake/vexrt-toolchain.cmake
 	@cmake --build $(BUILD)/tests
-	@ctest --test-dir $(BUILD)/tests -j $(JOBS) --output-on-failure --no-tests=error
+	@tools/test
 
 bench: dist
 	@tools/setup build run bench

@@ -112,15 +112,17 @@ void note_other_threads_gone() {
     threading_mode.owners_gone = true;
 }
 
-Lock &create_numbered_lock(unsigned number) {
+Lock *create_numbered_lock(unsigned number) {
     auto *made = static_cast<Lock *>(heap_allocate(sizeof(Lock)));
-    if (!made) fatal(FatalCode::out_of_memory);
+    if (!made) return nullptr;
     *made = Lock{};
     Locked guard(static_locks[lock_creation]);
     if (numbered_locks[number]) heap_release(made);
     else numbered_locks[number] = made;
-    return *numbered_locks[number];
+    return numbered_locks[number];
 }
+
+void fail_without_lock() { fatal(FatalCode::out_of_memory); }
 
 Lock &stream_lock(unsigned index) {
     if (index >= stream_lock_count) fatal(FatalCode::bad_stream_lock);

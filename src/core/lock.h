@@ -140,12 +140,20 @@ enum LockNumber : unsigned {
 extern Lock static_locks[static_lock_count];
 extern Lock *numbered_locks[lock_count];
 
-// Makes lock N on its first use; ends the process with code -4 when there is no memory.
-Lock &create_numbered_lock(unsigned number);
+// Makes lock N on its first use; null when there is no memory.
+Lock *create_numbered_lock(unsigned number);
+[[noreturn]] void fail_without_lock();
 
-inline Lock &numbered_lock(unsigned number) {
+inline Lock *find_numbered_lock(unsigned number) {
     Lock *lock = numbered_locks[number];
-    return __builtin_expect(lock != nullptr, true) ? *lock : create_numbered_lock(number);
+    return __builtin_expect(lock != nullptr, true) ? lock : create_numbered_lock(number);
+}
+
+// The same, but without memory the process ends with code -4.
+inline Lock &numbered_lock(unsigned number) {
+    Lock *lock = find_numbered_lock(number);
+    if (__builtin_expect(!lock, false)) fail_without_lock();
+    return *lock;
 }
 
 // The lock of stream table slot `index`; an index beyond the table ends the process with code -6.

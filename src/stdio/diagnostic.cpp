@@ -10,11 +10,10 @@ namespace vexrt {
 
 namespace {
 
-// The stream can be used when the thread has its record and the lock exists or can be made: a report
-// of exhausted memory must not ask for more.
+// The stream can be used when the thread has its record and the lock exists or can be made.
 bool stream_usable() {
-    return existing_thread_record() && numbered_locks[lock_first_stream + standard_error.index] &&
-           standard_error.fd >= 0;
+    return existing_thread_record() && standard_error.fd >= 0 &&
+           find_numbered_lock(lock_first_stream + standard_error.index);
 }
 
 void write_to_handle(const char *text) {
