@@ -30,6 +30,11 @@ __declspec(allocate(".CRT$XTZ")) const Handler terminators_end[] = {nullptr};
 extern "C" Handler __CTOR_LIST__[];
 extern "C" Handler __DTOR_LIST__[];
 
+// Without objects for windows-gnu the linker makes no lists; these stand in for them.
+extern "C" const Handler __vexcrt_no_list[2] = {nullptr, nullptr};
+#pragma comment(linker, "/alternatename:___CTOR_LIST__=___vexcrt_no_list")
+#pragma comment(linker, "/alternatename:___DTOR_LIST__=___vexcrt_no_list")
+
 bool constructed;
 
 // The optimiser must not reason about what lies between two objects.

@@ -1,0 +1,102 @@
+/*
+ * Locks under several threads: nothing is lost when threads share a stream, also across the arrival
+ * of the second thread, when the library begins to lock for real.
+ */
+#include "check.h"
+#include "child.h"
+
+#include <stdlib.h>
+
+__declspec(dllimport) int __stdcall DeleteFileA(const char *path);
+__declspec(dllimport) void *__stdcall CreateEventA(void *security, int manual, int set, const char *name);
+__declspec(dllimport) int __stdcall SetEvent(void *event);
+
+#define NAME "locks.tmp"
+enum { thread_count = 4, line_count = 20000 };
+
+static FILE *shared;
+static volatile long arrived;
+
+static unsigned long __stdcall write_lines(void *argument)
+{
+    char line[16];
+    int number = (int)(size_t)argument;
+    for (int i = 0; i < line_count; ++i) {
+        sprintf(line, "%d:%06d\n", number, i);
+        fputs(line, shared);
+    }
+    return 0;
+}
+
+/* Every line must be whole, and each thread's lines in their order. */
+static void test_lines_stay_whole(void)
+{
+    void *threads[thread_count];
+    int next[thread_count + 1] = {0}, bad = 0;
+    char line[64];
+    shared = fopen(NAME, "wb");
+    for (int i = 0; i < thread_count; ++i)
+        threads[i] = CreateThread(NULL, 0, write_lines, (void *)(size_t)i, 0, NULL);
+    write_lines((void *)thread_count); /* this thread is in the middle of it when the others come */
+    for (int i = 0; i < thread_count; ++i) {
+        CHECK_INT(WaitForSingleObject(threads[i], 60000), 0);
+        CloseHandle(threads[i]);
+    }
+    fclose(shared);
+    shared = fopen(NAME, "rb");
+    while (fgets(line, sizeof line, shared)) {
+        char due[16];
+        int number = line[0] - '0';
+        if (number < 0 || number > thread_count) {
+            ++bad;
+            continue;
+        }
+        sprintf(due, "%d:%06d\n", number, next[number]++);
+        if (strcmp(line, due) != 0) ++bad;
+    }
+    fclose(shared);
+    CHECK_INT(bad, 0);
+    for (int i = 0; i <= thread_count; ++i) CHECK_INT(next[i], line_count);
+}
+
+static unsigned long __stdcall arrive(void *unused)
+{
+    __atomic_add_fetch(&arrived, 1, __ATOMIC_SEQ_CST);
+    return 0;
+}
+
+/* A lock that is taken again by its owner. */
+static void test_recursion(void)
+{
+    void *thread = CreateThread(NULL, 0, arrive, NULL, 0, NULL);
+    CHECK_INT(WaitForSingleObject(thread, 10000), 0);
+    CloseHandle(thread);
+    CHECK_INT(arrived, 1);
+    FILE *file = fopen(NAME, "r");
+    CHECK(freopen(NAME, "r", file) == file);
+    CHECK_INT(fclose(file), 0);
+}
+
+/* In a child: the second thread comes while the first is in library calls without end. */
+static int first_thread_busy(void)
+{
+    int tries;
+    for (tries = 0; tries < 20; ++tries) {
+        long before = arrived;
+        void *thread = CreateThread(NULL, 0, arrive, NULL, 0, NULL);
+        while (arrived == before) free(malloc(10));
+        WaitForSingleObject(thread, 10000);
+        CloseHandle(thread);
+    }
+    return 11;
+}
+
+int main(int argc, char **argv)
+{
+    if (argc > 1) return first_thread_busy();
+    test_lines_stay_whole();
+    test_recursion();
+    for (int i = 0; i < 5; ++i) CHECK_INT(child_run("busy", NULL).status, 11);
+    DeleteFileA(NAME);
+    return check_done();
+}
