@@ -37,16 +37,17 @@ public:
 private:
     static Word &position_of(Word *node) { return node[-3]; }
 
-    Word *newest(Word words) const;
+    Word *newest(Word words);
+    void put(Word position, Word *node);
+    void set_size(Word position, Word size);
     bool make_room();
-    void squeeze_into(uint16_t *sizes, Word **nodes);
     void give_up();
 
-    uint16_t *sizes_; // zero from count_ to the end of its group
+    uint16_t *sizes_;  // by position; zero for those that have left
+    uint16_t *bounds_; // of the chunks: no size in one is larger
     Word **nodes_;
     Word count_, capacity_;
-    Word live_;  // entries that are not zero
-    Word bound_; // no block is larger
+    Word live_; // entries that are not zero
 };
 
 } // namespace vexrt
