@@ -25,8 +25,7 @@ void *allocate_small_aligned(size_t alignment, size_t size) {
     size_t enlarged;
     if (__builtin_add_overflow(size, alignment - 1, &enlarged) || enlarged >= __bheap_threshold)
         return nullptr;
-    HeapLocked guard;
-    return small_heap.allocate_aligned(alignment, size);
+    return under_heap_lock([=] { return small_heap.allocate_aligned(alignment, size); });
 }
 
 } // namespace

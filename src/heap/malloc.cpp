@@ -14,15 +14,18 @@ namespace vexrt {
 
 namespace {
 
-void *allocate_small(size_t size) {
-    if (size >= __bheap_threshold) return nullptr;
-    HeapLocked guard;
-    return small_heap.allocate(block_words(size));
+[[gnu::always_inline]] inline void *allocate_small_here(size_t size) {
+    if (__builtin_expect(size >= __bheap_threshold, false)) return nullptr;
+    return under_heap_lock([words = block_words(size)]() __attribute__((always_inline)) {
+        return small_heap.allocate(words);
+    });
 }
 
-bool release_small(void *block) {
-    HeapLocked guard;
-    return small_heap.release(block);
+[[gnu::noinline]] void *allocate_small(size_t size) { return allocate_small_here(size); }
+
+[[gnu::always_inline]] inline bool release_small(void *block) {
+    return under_heap_lock(
+        [block]() __attribute__((always_inline)) { return small_heap.release(block); });
 }
 
 void *out_of_memory() {
@@ -43,7 +46,6 @@ struct Reallocation {
 // Moves a small block when it cannot become `size` bytes where it is. On failure it stays as it
 // was.
 Reallocation reallocate_small(void *block, size_t size) {
-    HeapLocked guard;
     if (!small_heap.is_block(block)) return {nullptr, EINVAL};
     void *moved = nullptr;
     if (size < __bheap_threshold) {
@@ -98,7 +100,7 @@ void heap_release(void *block) {
 using namespace vexrt;
 
 extern "C" void *malloc(size_t size) {
-    void *block = allocate_small(size);
+    void *block = allocate_small_here(size);
     return __builtin_expect(block != nullptr, true) ? block : allocate_large(size);
 }
 
@@ -123,13 +125,13 @@ extern "C" void *realloc(void *block, size_t size) {
         return nullptr;
     }
     if (!small_heap.owns(block)) return reallocate_large(block, size);
-    Reallocation result = reallocate_small(block, size);
+    Reallocation result = under_heap_lock([=] { return reallocate_small(block, size); });
     if (result.error) set_errno(result.error);
     return result.block;
 }
 
 extern "C" size_t _msize(void *block) {
     if (!small_heap.owns(block)) return system_usable_size(block);
-    HeapLocked guard;
-    return small_heap.is_block(block) ? small_heap.usable_size(block) : 0;
+    return under_heap_lock(
+        [block] { return small_heap.is_block(block) ? small_heap.usable_size(block) : 0; });
 }

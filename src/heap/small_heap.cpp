@@ -19,29 +19,10 @@ constexpr Word arena_bytes = 0x2000000;
 
 } // namespace
 
-bool SmallHeap::release(void *user) {
-    Word *header = header_of(user);
-    if (!has_sound_tags(header)) return false;
-    Word size = size_of_tag(*header);
-    Word *node = footer_of(header, size);
-    unsigned noted_bin = bin_count; // none
-    if (Word following = node[1]; !is_in_use(following)) {
-        noted_bin = bin_of(following);
-        size += following;
-        node += following;
-    }
-    if (Word preceding = header[-1]; !is_in_use(preceding)) {
-        bins_.unlink(header - 1, bin_of(preceding));
-        size += preceding;
-        header -= preceding;
-    }
+void SmallHeap::insert(Word *header, Word size) {
     write_tags(header, size, 0);
-    unsigned bin = bin_of(size);
-    if (bin == noted_bin) return true;
-    if (noted_bin != bin_count) bins_.unlink(node, noted_bin);
-    bins_.insert(node, bin);
-    last_grown_bin_ = bin;
-    return true;
+    last_grown_bin_ = bin_of(size);
+    bins_.insert(footer_of(header, size), last_grown_bin_);
 }
 
 // ---- resizing ----------------------------------------------------------------------------------
@@ -76,8 +57,7 @@ void SmallHeap::extend(Word *header, Word size, Word shortfall) {
         bins_.unlink(node, bin_of(following));
         shortfall = following;
     } else {
-        write_tags(header + size + shortfall, rest, 0);
-        bins_.move(node, bin_of(following), bin_of(rest));
+        bins_.resize(node, following, rest);
     }
     write_tags(header, size + shortfall, in_use_bit);
 }
@@ -155,10 +135,7 @@ void SmallHeap::add_segment(Word *range, Word words) {
     newest_ = segment;
     top_ = segment->end();
     if (!bottom_ || range < bottom_) bottom_ = range;
-    Word free_words = words - 3; // less the link and the sentinels
-    write_tags(segment->first_block(), free_words, 0);
-    last_grown_bin_ = bin_of(free_words);
-    bins_.insert(footer_of(segment->first_block(), free_words), last_grown_bin_);
+    insert(segment->first_block(), words - 3); // less the link and the sentinels
 }
 
 void SmallHeap::destroy() {

@@ -8,7 +8,7 @@
 #pragma once
 
 #include "core/lock.h"
-#include "heap/block.h"
+#include "heap/bins.h"
 
 namespace vexrt {
 
@@ -29,8 +29,8 @@ public:
     }
 
     // Null when the arena cannot grow; the small tier is then switched off for good.
-    void *allocate(Word words) {
-        Word *node = find(words);
+    [[gnu::always_inline]] void *allocate(Word words) {
+        Word *node = bins_.find(words, top_);
         if (__builtin_expect(!node, false)) {
             node = grow(words);
             if (!node) return nullptr;
@@ -39,7 +39,18 @@ public:
     }
 
     // False, and nothing happens, when this is not a block in use.
-    bool release(void *user);
+    [[gnu::always_inline]] bool release(void *user) {
+        Word *header = header_of(user);
+        if (!has_sound_tags(header)) return false;
+        Word size = size_of_tag(*header);
+        if (Word preceding = header[-1]; !is_in_use(preceding)) {
+            bins_.unlink(header - 1, bin_of(preceding));
+            size += preceding;
+            header -= preceding;
+        }
+        join_lists(header, size);
+        return true;
+    }
 
     // Whether a pointer that the heap owns is that of a block in use with sound tags.
     bool is_block(const void *user) const { return has_sound_tags(header_of(user)); }
@@ -57,37 +68,30 @@ public:
     void destroy();
 
 private:
-    Word *find(Word words) const {
-        unsigned bin = bin_of(words);
-        if (bin < bins_.lowest) bin = bins_.lowest;
-        for (; bin < bin_count; ++bin) {
-            Word *start = bins_.heads[bin];
-            if (!start) continue;
-            // The block below the top comes last: growth then extends it.
-            if (start + 1 == top_) start = next_node(start);
-            Word *node = start;
-            do {
-                if (*node >= words) return node;
-                node = next_node(node);
-            } while (node != start);
-        }
-        return nullptr;
-    }
-
     // Hands out the lower words of a free block, or all of it when too little would be left.
-    void *carve(Word *node, Word words) {
+    [[gnu::always_inline]] void *carve(Word *node, Word words) {
         Word size = *node, rest = size - words;
         Word *header = node - size + 1;
         if (rest < minimum_block) {
             bins_.unlink(node, bin_of(size));
             words = size;
         } else {
-            write_tags(header + words, rest, 0);
-            bins_.move(node, bin_of(size), bin_of(rest));
+            bins_.resize(node, size, rest);
         }
         write_tags(header, words, in_use_bit);
         return header + 1;
     }
+
+    // Lists a released block. A free block behind it merges with it and keeps its node.
+    [[gnu::always_inline]] void join_lists(Word *header, Word size) {
+        Word following = header[size], merged = size + following;
+        if (is_in_use(following)) return insert(header, size);
+        unsigned bin = bin_of(merged);
+        bins_.resize(footer_of(header, merged), following, merged);
+        if (bin != bin_of(following)) last_grown_bin_ = bin;
+    }
+
+    void insert(Word *header, Word size);
 
     bool has_sound_tags(const Word *header) const {
         Word tag = *header, size = size_of_tag(tag);
@@ -120,22 +124,18 @@ extern SmallHeap small_heap;
 
 // The heap lock, lock 0. No operation of the small tier calls back or nests, so while the process
 // has one thread, the whole operation is one plain section and the lock itself is not touched.
-class HeapLocked {
-public:
-    HeapLocked() : plain_(begin_plain_section()) {
-        if (__builtin_expect(!plain_, false)) static_locks[lock_heap].enter();
-    }
-    ~HeapLocked() {
-        if (__builtin_expect(plain_, true))
-            end_plain_section();
-        else
-            static_locks[lock_heap].leave();
-    }
-    HeapLocked(const HeapLocked &) = delete;
-    HeapLocked &operator=(const HeapLocked &) = delete;
+template <class Operation>
+[[gnu::noinline]] auto under_shared_heap_lock(Operation operation) {
+    Locked guard(static_locks[lock_heap]);
+    return operation();
+}
 
-private:
-    bool plain_;
-};
+template <class Operation>
+[[gnu::always_inline]] inline auto under_heap_lock(Operation operation) {
+    if (__builtin_expect(!begin_plain_section(), false)) return under_shared_heap_lock(operation);
+    auto result = operation();
+    end_plain_section();
+    return result;
+}
 
 } // namespace vexrt

@@ -24,6 +24,7 @@ bool SmallHeap::holds_word(const Word *word) const {
 bool SmallHeap::bin_is_valid(unsigned bin) const {
     Word *head = bins_.heads[bin];
     if (!head) return true;
+    const BinIndex &index = bins_.indexes[bin];
     auto most = static_cast<Word>(top_ - bottom_) / minimum_block;
     Word *node = head;
     do {
@@ -34,6 +35,7 @@ bool SmallHeap::bin_is_valid(unsigned bin) const {
         Word *next = next_node(node), *previous = previous_node(node);
         if (!holds_word(next) || !holds_word(previous)) return false;
         if (previous_node(next) != node || next_node(previous) != node) return false;
+        if (index.is_active() && !index.holds(node)) return false;
         node = next;
     } while (node != head && --most);
     return node == head;
@@ -73,13 +75,11 @@ bool SmallHeap::is_valid() const {
 namespace {
 
 bool small_block_is_valid(const void *block) {
-    HeapLocked guard;
-    return small_heap.is_block(block);
+    return under_heap_lock([block] { return small_heap.is_block(block); });
 }
 
 bool small_heap_is_valid() {
-    HeapLocked guard;
-    return small_heap.is_valid();
+    return under_heap_lock([] { return small_heap.is_valid(); });
 }
 
 } // namespace
