@@ -6,10 +6,6 @@
 namespace vexrt {
 namespace {
 
-using Word = uint32_t __attribute__((aligned(1), may_alias));
-
-inline uint32_t word_at(const char *bytes) { return *reinterpret_cast<const Word *>(bytes); }
-
 // The mask of the bytes that differ.
 template <typename Vector>
 uint32_t differences(const char *left, const char *right) {
@@ -17,15 +13,25 @@ uint32_t differences(const char *left, const char *right) {
            Vector::mask(Vector::template equal<char>(Vector::load(left), Vector::load(right)));
 }
 
-// The offset of the first byte that differs, or `size`, for less than a block: words, then single
-// bytes.
-inline size_t first_difference_in_words(const char *left, const char *right, size_t size) {
-    size_t at = 0;
-    for (; size - at >= sizeof(Word); at += sizeof(Word))
-        if (uint32_t bits = word_at(left + at) ^ word_at(right + at))
-            return at + lowest_bit(bits) / 8;
-    while (at < size && left[at] == right[at]) ++at;
-    return at;
+// The offset of the first byte that differs, or `size`, for less than 16 bytes. The front and the
+// end, which may overlap, make up one block.
+template <typename Small>
+size_t first_difference_in_ends(const char *left, const char *right, size_t size) {
+    if (size < 4) {
+        size_t at = 0;
+        while (at < size && left[at] == right[at]) ++at;
+        return at;
+    }
+    unsigned end = size < 8 ? 4 : 8;
+    auto same = end == 4
+                    ? Small::template equal<char>(Small::load_two_words(left, left + size - 4),
+                                                  Small::load_two_words(right, right + size - 4))
+                    : Small::template equal<char>(Small::load_two_halves(left, left + size - 8),
+                                                  Small::load_two_halves(right, right + size - 8));
+    uint32_t bits = Small::all ^ Small::mask(same);
+    if (!bits) return size;
+    unsigned at = lowest_bit(bits);
+    return at < end ? at : size - 2 * end + at;
 }
 
 template <typename Vector>
@@ -44,9 +50,9 @@ size_t first_difference(const char *left, const char *right, size_t size) {
     constexpr size_t width = Vector::width;
     if (size < width) {
         if constexpr (Vector::width > 16)
-            if (size >= Vector::width / 2)
-                return first_difference<typename Vector::Half>(left, right, size);
-        return first_difference_in_words(left, right, size);
+            return first_difference<typename Vector::Half>(left, right, size);
+        else
+            return first_difference_in_ends<Vector>(left, right, size);
     }
     size_t at = 0;
     while (size - at > 4 * width && groups_equal<Vector>(left + at, right + at)) at += 4 * width;

@@ -1,5 +1,4 @@
-// Strings that are copied and joined. The length is found first and the characters are then moved
-// as a block; so source and target may even overlap.
+// Strings that are copied and joined.
 
 #include "string/kernels.h"
 
@@ -11,46 +10,41 @@ namespace vexrt {
 
 namespace {
 
-// Copies `count` characters and puts a terminator behind them.
-template <typename Char>
-Char *copy_terminated(Char *to, const Char *from, size_t count) {
-    kernels.move(to, from, count * sizeof(Char));
-    to[count] = 0;
-    return to;
-}
-
-template <typename Char>
-Char *copy(Char *to, const Char *from) {
-    size_t count = string_kernels<Char>().length(from) + 1;
-    return static_cast<Char *>(kernels.move(to, from, count * sizeof(Char)));
-}
-
 // Exactly `count` characters: cut without a terminator, or padded with zeros.
 template <typename Char>
 Char *copy_exactly(Char *to, const Char *from, size_t count) {
-    size_t length = string_kernels<Char>().bounded_length(from, count);
-    kernels.move(to, from, length * sizeof(Char));
+    size_t length = string_kernels<Char>().copy_string_bounded(to, from, count);
     if (length < count) string_kernels<Char>().fill(to + length, 0, count - length);
     return to;
 }
 
+// An empty string has often been made so just before, and a whole block read would wait for that
+// store.
+template <typename Char>
+Char *end_of(Char *string) {
+    return *string ? string + string_kernels<Char>().length(string) : string;
+}
+
 template <typename Char>
 Char *append(Char *to, const Char *from) {
-    copy(to + string_kernels<Char>().length(to), from);
+    string_kernels<Char>().copy_string(end_of(to), from);
     return to;
 }
 
 template <typename Char>
 Char *append_bounded(Char *to, const Char *from, size_t limit) {
-    size_t length = string_kernels<Char>().bounded_length(from, limit);
-    copy_terminated(to + string_kernels<Char>().length(to), from, length);
+    Char *end = end_of(to);
+    end[string_kernels<Char>().copy_string_bounded(end, from, limit)] = 0;
     return to;
 }
 
 template <typename Char>
 Char *duplicate(const Char *from, size_t length) {
     auto *to = static_cast<Char *>(malloc((length + 1) * sizeof(Char)));
-    return to ? copy_terminated(to, from, length) : nullptr;
+    if (!to) return nullptr;
+    kernels.move(to, from, length * sizeof(Char));
+    to[length] = 0;
+    return to;
 }
 
 } // namespace
@@ -61,8 +55,12 @@ using namespace vexrt;
 
 extern "C" {
 
-char *strcpy(char *__restrict s1, const char *__restrict s2) { return copy(s1, s2); }
-wchar_t *wcscpy(wchar_t *__restrict s1, const wchar_t *__restrict s2) { return copy(s1, s2); }
+char *strcpy(char *__restrict s1, const char *__restrict s2) {
+    return kernels.narrow.copy_string(s1, s2);
+}
+wchar_t *wcscpy(wchar_t *__restrict s1, const wchar_t *__restrict s2) {
+    return kernels.wide.copy_string(s1, s2);
+}
 
 char *strncpy(char *__restrict s1, const char *__restrict s2, size_t n) {
     return copy_exactly(s1, s2, n);

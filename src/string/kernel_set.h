@@ -2,6 +2,7 @@
 #pragma once
 
 #include "string/compare.h"
+#include "string/copy_string.h"
 #include "string/kernels.h"
 #include "string/move.h"
 #include "string/scan.h"
@@ -21,6 +22,8 @@ constexpr StringKernels<Char> string_kernels_of = {
     .compare = compare<Vector, Char>,
     .compare_strings = compare_strings<Vector, Char>,
     .compare_strings_bounded = compare_strings_bounded<Vector, Char>,
+    .copy_string = copy_string<Vector, Char>,
+    .copy_string_bounded = copy_string_bounded<Vector, Char>,
     .fill = fill<Vector, Char>,
     .span_in = span_in<Vector, Char>,
     .span_outside = span_outside<Vector, Char>,

@@ -20,7 +20,10 @@ struct StringKernels {
     int (*compare)(const Char *left, const Char *right, size_t count);
     int (*compare_strings)(const Char *left, const Char *right);
     int (*compare_strings_bounded)(const Char *left, const Char *right, size_t limit);
-    void (*fill)(Char *to, Char value, size_t count);
+    Char *(*copy_string)(Char *to, const Char *from); // returns `to`
+    // Copies `limit` characters at most, the terminator among them if it is. Returns the length.
+    size_t (*copy_string_bounded)(Char *to, const Char *from, size_t limit);
+    Char *(*fill)(Char *to, Char value, size_t count); // returns `to`
     // How many characters at the front are (are not) in the set; never more than `limit`.
     size_t (*span_in)(const Char *string, const Char *set, size_t limit);
     size_t (*span_outside)(const Char *string, const Char *set, size_t limit);

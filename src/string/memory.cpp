@@ -16,8 +16,7 @@ void *memcpy(void *__restrict s1, const void *__restrict s2, size_t n) {
 void *memmove(void *s1, const void *s2, size_t n) { return kernels.move(s1, s2, n); }
 
 void *memset(void *s, int c, size_t n) {
-    kernels.narrow.fill(static_cast<char *>(s), static_cast<char>(c), n);
-    return s;
+    return kernels.narrow.fill(static_cast<char *>(s), static_cast<char>(c), n);
 }
 
 void *memchr(const void *s, int c, size_t n) {
@@ -44,10 +43,7 @@ wchar_t *wmemmove(wchar_t *s1, const wchar_t *s2, size_t n) {
     return static_cast<wchar_t *>(kernels.move(s1, s2, n * sizeof(wchar_t)));
 }
 
-wchar_t *wmemset(wchar_t *s, wchar_t c, size_t n) {
-    kernels.wide.fill(s, c, n);
-    return s;
-}
+wchar_t *wmemset(wchar_t *s, wchar_t c, size_t n) { return kernels.wide.fill(s, c, n); }
 
 wchar_t *wmemchr(const wchar_t *s, wchar_t c, size_t n) { return kernels.wide.find(s, c, n); }
 

@@ -136,9 +136,8 @@ void fill_below_block(Char *to, Char value, size_t count) {
 
 // The blocks at the two ends are stored unaligned, so that every size above a block is covered.
 template <typename Vector, typename Char>
-void fill(Char *characters, Char value, size_t count) {
+void fill_blocks(Char *characters, Char value, size_t count) {
     constexpr size_t width = Vector::width;
-    if (count < width / sizeof(Char)) return fill_below_block<Vector>(characters, value, count);
     auto block = Vector::broadcast(value);
     char *to = reinterpret_cast<char *>(characters), *end = to + count * sizeof(Char);
     Vector::store(to, block);
@@ -159,5 +158,13 @@ void fill(Char *characters, Char value, size_t count) {
     for (; to < end - width; to += width) Vector::store_aligned(to, block);
 }
 
+template <typename Vector, typename Char>
+Char *fill(Char *characters, Char value, size_t count) {
+    if (count < Vector::width / sizeof(Char))
+        fill_below_block<Vector>(characters, value, count);
+    else
+        fill_blocks<Vector>(characters, value, count);
+    return characters;
+}
 } // namespace
 } // namespace vexrt

@@ -10,12 +10,6 @@ namespace vexrt {
 namespace {
 
 template <typename Char>
-Char *set_characters(Char *string, Char value, size_t length) {
-    string_kernels<Char>().fill(string, value, length);
-    return string;
-}
-
-template <typename Char>
 Char *reverse(Char *string) {
     Char *first = string, *end = string + string_kernels<Char>().length(string);
     while (end - first > 1) {
@@ -35,15 +29,15 @@ using namespace vexrt;
 extern "C" {
 
 char *_strset(char *s, int c) {
-    return set_characters(s, static_cast<char>(c), kernels.narrow.length(s));
+    return kernels.narrow.fill(s, static_cast<char>(c), kernels.narrow.length(s));
 }
-wchar_t *_wcsset(wchar_t *s, wchar_t c) { return set_characters(s, c, kernels.wide.length(s)); }
+wchar_t *_wcsset(wchar_t *s, wchar_t c) { return kernels.wide.fill(s, c, kernels.wide.length(s)); }
 
 char *_strnset(char *s, int c, size_t n) {
-    return set_characters(s, static_cast<char>(c), kernels.narrow.bounded_length(s, n));
+    return kernels.narrow.fill(s, static_cast<char>(c), kernels.narrow.bounded_length(s, n));
 }
 wchar_t *_wcsnset(wchar_t *s, wchar_t c, size_t n) {
-    return set_characters(s, c, kernels.wide.bounded_length(s, n));
+    return kernels.wide.fill(s, c, kernels.wide.bounded_length(s, n));
 }
 
 char *_strrev(char *s) { return reverse(s); }

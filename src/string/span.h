@@ -3,7 +3,8 @@
 // A set of narrow characters becomes a table of 256 bits. Bit `high % 8` of byte
 // `low + 16 * (high / 8)` stands for the character with the digits `high` and `low`, so that a
 // shuffle can look up 16 or 32 characters at once; without one they are looked up singly. A wide
-// set is compared member by member with a block of the text.
+// set is compared member by member with a block of the text, and so is the first block of a narrow
+// text: it is mostly the only one.
 #pragma once
 
 #include "string/scan.h"
@@ -42,14 +43,14 @@ struct StopsSpan {
     }
 };
 
-template <typename Vector, bool ends_at_members>
-struct StopsWideSpan {
-    const wchar_t *set;
+template <typename Vector, typename Char, bool ends_at_members>
+struct StopsAtMember {
+    const Char *set;
     auto operator()(typename Vector::Block block) const {
-        auto member = Vector::broadcast(wchar_t(0));
-        if (ends_at_members) member = Vector::template equal<wchar_t>(block, member);
-        for (const wchar_t *next = set; *next; ++next)
-            member |= Vector::template equal<wchar_t>(block, Vector::broadcast(*next));
+        auto member = Vector::broadcast(Char(0));
+        if (ends_at_members) member = Vector::template equal<Char>(block, member);
+        for (const Char *next = set; *next; ++next)
+            member |= Vector::template equal<Char>(block, Vector::broadcast(*next));
         if constexpr (ends_at_members)
             return member;
         else
@@ -76,7 +77,7 @@ size_t span_plainly(const wchar_t *string, size_t limit, const wchar_t *set) {
 }
 
 template <typename Vector, bool ends_at_members>
-size_t span(const char *string, const char *set, size_t limit) {
+size_t span_by_table(const char *string, const char *set, size_t limit) {
     const ByteSet bytes = stop_set<ends_at_members>(set);
     if constexpr (Vector::has_contained) {
         const StopsSpan<Vector, ends_at_members> stops{Vector::set_of(bytes.rows)};
@@ -88,10 +89,22 @@ size_t span(const char *string, const char *set, size_t limit) {
 }
 
 template <typename Vector, bool ends_at_members>
+size_t span(const char *string, const char *set, size_t limit) {
+    if (limit == 0) return 0;
+    const StopsAtMember<Vector, char, ends_at_members> stops_first{set};
+    const char *block = align_down<Vector::width>(string);
+    size_t passed = Vector::width - static_cast<size_t>(string - block);
+    if (uint32_t mask = mask_at<Vector>(block, stops_first) >> (string - block))
+        return lowest_bit(mask) < limit ? lowest_bit(mask) : limit;
+    if (limit <= passed) return limit;
+    return passed + span_by_table<Vector, ends_at_members>(string + passed, set, limit - passed);
+}
+
+template <typename Vector, bool ends_at_members>
 size_t span(const wchar_t *string, const wchar_t *set, size_t limit) {
     if (splits_characters(string) || splits_characters(set))
         return span_plainly<ends_at_members>(string, limit, set);
-    const StopsWideSpan<Vector, ends_at_members> stops{set};
+    const StopsAtMember<Vector, wchar_t, ends_at_members> stops{set};
     const char *from = bytes_of(string);
     const char *stop = scan_bounded<Vector>(from, size_of<wchar_t>(limit), stops);
     return stop ? static_cast<size_t>(stop - from) / sizeof(wchar_t) : limit;

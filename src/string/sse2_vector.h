@@ -20,6 +20,14 @@ struct Sse2 {
     static Block load_aligned(const char *from) {
         return _mm_load_si128(reinterpret_cast<const Block *>(from));
     }
+    // Eight bytes from each of two places; four from each, and the rest zero.
+    static Block load_two_halves(const char *low, const char *high) {
+        return _mm_unpacklo_epi64(_mm_loadl_epi64(reinterpret_cast<const Block *>(low)),
+                                  _mm_loadl_epi64(reinterpret_cast<const Block *>(high)));
+    }
+    static Block load_two_words(const char *low, const char *high) {
+        return _mm_unpacklo_epi32(_mm_loadu_si32(low), _mm_loadu_si32(high));
+    }
     static void store(void *to, Block block) { _mm_storeu_si128(static_cast<Block *>(to), block); }
     static void store_aligned(void *to, Block block) {
         _mm_store_si128(static_cast<Block *>(to), block);

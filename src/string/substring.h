@@ -1,7 +1,8 @@
 // The kernel that looks for a string in a string.
 //
-// Blocks of the haystack are tested for the needle's first two characters side by side, and only
-// where both stand is the rest compared. Haystacks that defeat this (many long partial matches)
+// Blocks of the haystack are tested for three characters of the needle, the first one, one of the
+// next seven and one between them, and only where all three stand in their distances is the needle
+// compared. Haystacks that defeat this (many long partial matches)
 // are noticed by the number of characters compared, and the search goes on with the two-way
 // algorithm, so that the time stays linear.
 #pragma once
@@ -15,8 +16,13 @@ namespace {
 template <typename Vector, typename Char>
 class SubstringSearch {
 public:
-    SubstringSearch(const Char *haystack, const Char *needle)
-        : haystack_(haystack), needle_(needle), first_(needle[0]), second_(needle[1]) {}
+    SubstringSearch(const Char *haystack, const Char *needle, size_t last)
+        : haystack_(haystack), needle_(needle), last_(last * sizeof(Char)),
+          last_from_middle_((last - last / 2) * sizeof(Char)), is_first_(needle[0]),
+          is_middle_(needle[last / 2]), is_last_(needle[last]) {}
+
+    // The tested characters lie within one block of each other.
+    static constexpr size_t last_limit = 7;
 
     Char *run() {
         const char *block = align_down<width>(bytes_of(haystack_));
@@ -36,45 +42,50 @@ private:
     // Characters that may be compared in vain: some at once, and so many for every one passed.
     static constexpr size_t free_comparisons = 1024, comparisons_per_character = 4;
 
-    // The character before `block` has been looked at already and may be read.
-    auto pairs_at(const char *block) const {
-        return first_(Vector::load(block - sizeof(Char))) & second_(Vector::load_aligned(block));
+    // The three characters, their last one in this block. What lies before the block has been read
+    // already.
+    auto hits_at(const char *block) const {
+        return is_first_(Vector::load(block - last_)) &
+               is_middle_(Vector::load(block - last_from_middle_)) &
+               is_last_(Vector::load_aligned(block));
     }
 
     bool interesting(const char *block, int count) const {
-        auto found = pairs_at(block) | zero_(Vector::load_aligned(block));
+        auto found = hits_at(block) | is_zero_(Vector::load_aligned(block));
         for (int i = 1; i < count; ++i) {
             block += width;
-            found |= pairs_at(block) | zero_(Vector::load_aligned(block));
+            found |= hits_at(block) | is_zero_(Vector::load_aligned(block));
         }
         return Vector::mask(found) != 0;
     }
 
-    // Nothing before the first block may be read: there the pairs are joined in the mask.
+    // Nothing before the first block may be read: there the three are joined in the masks.
     bool take_first_block(const char *block) {
         uint32_t valid = ~uint32_t(0) << (bytes_of(haystack_) - block);
         auto bytes = Vector::load_aligned(block);
-        uint32_t first = Vector::mask(first_(bytes)) & valid;
-        uint32_t pairs = Vector::mask(second_(bytes)) & (first << sizeof(Char));
-        return take(block, pairs, Vector::mask(zero_(bytes)) & valid);
+        uint32_t first = Vector::mask(is_first_(bytes)) & valid;
+        uint32_t hits = Vector::mask(is_last_(bytes)) & (first << last_) &
+                        (Vector::mask(is_middle_(bytes)) << last_from_middle_);
+        return take(block, hits, Vector::mask(is_zero_(bytes)) & valid);
     }
 
     bool take_block(const char *block) {
-        return take(block, Vector::mask(pairs_at(block)),
-                    Vector::mask(zero_(Vector::load_aligned(block))));
+        return take(block, Vector::mask(hits_at(block)),
+                    Vector::mask(is_zero_(Vector::load_aligned(block))));
     }
 
-    // Looks at the pairs before the end of the haystack; true when the search is over.
-    bool take(const char *block, uint32_t pairs, uint32_t end) {
-        if (end) pairs &= (end & (0 - end)) - 1;
-        for (pairs &= one_per_character; pairs; pairs &= pairs - 1)
-            if (try_at(character_at<Char>(block + lowest_bit(pairs)) - 1)) return true;
+    // Looks at the hits before the end of the haystack; true when the search is over.
+    bool take(const char *block, uint32_t hits, uint32_t end) {
+        if (end) hits &= (end & (0 - end)) - 1;
+        for (hits &= one_per_character; hits; hits &= hits - 1)
+            if (try_at(character_at<Char>(block + lowest_bit(hits) - last_))) return true;
         return end != 0;
     }
 
     // True when the search is over: found, or the haystack is too short, or handed on.
     bool try_at(Char *candidate) {
-        size_t at = 2;
+        if (candidate < haystack_) return false; // in the second block
+        size_t at = 0;
         while (needle_[at] && needle_[at] == candidate[at]) ++at;
         if (!needle_[at]) {
             result_ = candidate;
@@ -89,8 +100,9 @@ private:
     }
 
     const Char *haystack_, *needle_;
-    IsWanted<Vector, Char> first_, second_;
-    IsZero<Vector, Char> zero_;
+    size_t last_, last_from_middle_; // distances in bytes
+    IsWanted<Vector, Char> is_first_, is_middle_, is_last_;
+    IsZero<Vector, Char> is_zero_;
     size_t compared_ = 0;
     Char *result_ = nullptr;
 };
@@ -100,7 +112,9 @@ Char *find_string(const Char *haystack, const Char *needle) {
     if (!needle[0]) return const_cast<Char *>(haystack);
     if (!needle[1]) return find_in_string<Vector>(haystack, needle[0]);
     if (splits_characters(haystack)) return two_way_search(haystack, needle);
-    return SubstringSearch<Vector, Char>(haystack, needle).run();
+    size_t last = 1;
+    while (last < SubstringSearch<Vector, Char>::last_limit && needle[last + 1]) ++last;
+    return SubstringSearch<Vector, Char>(haystack, needle, last).run();
 }
 
 } // namespace

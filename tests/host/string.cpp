@@ -220,6 +220,36 @@ struct Tests {
         check(same, "fill", same, 1, 0, count);
     }
 
+    // Between margins that must stay as they were.
+    void copies(size_t count) {
+        constexpr size_t margin = 64;
+        Char *from = left_arena.place<Char>(count + 1, random_below(70));
+        fill_random(from, count, 8);
+        from[count] = 0;
+        Char *area = right_arena.place<Char>(count + 1 + 2 * margin, random_below(70));
+        Char *to = area + margin;
+        fill_random(area, count + 1 + 2 * margin, 8);
+        static Char due[4 * page];
+        size_t whole = (count + 1 + 2 * margin) * sizeof(Char);
+        size_t limit = random_below(static_cast<unsigned>(count) + 3);
+        if (random_below(4) == 0) limit = SIZE_MAX - random_below(3);
+        size_t length = count < limit ? count : limit;
+        memcpy(due, area, whole);
+        memcpy(due + margin, from, (length < limit ? length + 1 : length) * sizeof(Char));
+        size_t got = k.copy_string_bounded(to, from, limit);
+        check(got == length && memcmp(due, area, whole) == 0, "copy_string_bounded",
+              static_cast<long>(got), static_cast<long>(length), limit, count);
+        memcpy(due + margin, from, (count + 1) * sizeof(Char));
+        bool same = k.copy_string(to, from) == to && memcmp(due, area, whole) == 0;
+        check(same, "copy_string", same, 1, 0, count);
+        // Moved down in place.
+        size_t shift = random_below(static_cast<unsigned>(count) + 1);
+        memcpy(due, from + shift, (count - shift + 1) * sizeof(Char));
+        k.copy_string(from, from + shift);
+        same = memcmp(due, from, (count - shift + 1) * sizeof(Char)) == 0;
+        check(same, "copy_string down", same, 1, shift, count);
+    }
+
     void moves(size_t size) {
         static char due[4 * page];
         char *area = left_arena.bytes;
@@ -253,6 +283,7 @@ void run(const char *name, const vexrt::Kernels &all, const vexrt::StringKernels
         tests.comparisons(length);
         tests.substrings(length);
         tests.fills(length);
+        tests.copies(length);
         if (round % 8 == 0) tests.moves(length);
     }
 }
