@@ -39,6 +39,44 @@ _VEXRT_DATA wchar_t **__wargv;
 /* The most bytes that one multibyte character takes, in every locale: 3. */
 _VEXRT_DATA size_t __mbcurmax;
 
+/*
+ * Convert one character; see mbrtowc() and wcrtomb() in <wchar.h>. mblen() and mbtowc() return the
+ * bytes of the character, 0 for the terminator, -1 with EILSEQ for an invalid or incomplete one;
+ * mbtowc() reads no more than MB_CUR_MAX bytes. wctomb() returns the bytes written, or -1. With a null
+ * `s` they reset their state and return whether the encoding has states: 0.
+ */
+int mblen(const char *s, size_t n);
+int mbtowc(wchar_t *_VEXRT_RESTRICT pwc, const char *_VEXRT_RESTRICT s, size_t n);
+int wctomb(char *s, wchar_t wc);
+
+/* As wctomb() with the result in *status. Returns 0; EILSEQ; EINVAL (a constraint violation) for a
+   null `status`, a null `s` with `smax` not 0 and an `smax` above RSIZE_MAX, ERANGE (likewise) when
+   the character does not fit. *status is not changed by a violation. */
+errno_t wctomb_s(int *_VEXRT_RESTRICT status, char *_VEXRT_RESTRICT s, rsize_t smax, wchar_t wc);
+
+/*
+ * Converts a string to at most `n` wide characters, the terminator among them if there is room for
+ * it. Returns their number without the terminator, or -1 with EILSEQ. A null `pwcs` counts; differs
+ * from ISO C in that this, too, stops at `n`.
+ */
+size_t mbstowcs(wchar_t *_VEXRT_RESTRICT pwcs, const char *_VEXRT_RESTRICT s, size_t n);
+
+/* Converts a wide string to at most `n` bytes, likewise. Differs from ISO C in that the last character
+   is cut in the middle when only some of its bytes fit. */
+size_t wcstombs(char *_VEXRT_RESTRICT s, const wchar_t *_VEXRT_RESTRICT pwcs, size_t n);
+
+/*
+ * The bounds-checked forms: at most `len` characters (bytes) and the terminator go to `dst` of
+ * `dstmax` elements, and their number without the terminator to *retval, (size_t)-1 after any failure.
+ * A null `dst` with `dstmax` 0 counts. Return 0, EILSEQ; EINVAL (a constraint violation) for null
+ * arguments and sizes of 0 or above RSIZE_MAX, ERANGE (likewise) for a text that `dst` is too small
+ * for. `dst` is then empty. No character is cut.
+ */
+errno_t mbstowcs_s(size_t *_VEXRT_RESTRICT retval, wchar_t *_VEXRT_RESTRICT dst, rsize_t dstmax,
+                   const char *_VEXRT_RESTRICT src, rsize_t len);
+errno_t wcstombs_s(size_t *_VEXRT_RESTRICT retval, char *_VEXRT_RESTRICT dst, rsize_t dstmax,
+                   const wchar_t *_VEXRT_RESTRICT src, rsize_t len);
+
 /* ---- Ending the process ---- */
 
 /*

@@ -107,6 +107,58 @@ wchar_t *wcstok_s(wchar_t *_VEXRT_RESTRICT s1, rsize_t *_VEXRT_RESTRICT s1max,
                   const wchar_t *_VEXRT_RESTRICT s2, wchar_t **_VEXRT_RESTRICT ptr);
 wchar_t *_wcstok_ms(wchar_t *_VEXRT_RESTRICT s1, const wchar_t *_VEXRT_RESTRICT s2);
 
+/* ---- Multibyte characters ---- */
+
+/*
+ * In the "C" locale every byte is the wide character of the same value, and a wide character is
+ * written as its low byte; nothing is invalid. A null state argument stands for a state that the
+ * function keeps for the thread.
+ */
+
+/* Nonzero when `ps` is null or not inside a character. */
+int mbsinit(const mbstate_t *ps);
+
+/*
+ * Decodes the character at `s` of at most `n` bytes into *pwc. Returns the bytes taken (1 in a
+ * double-byte code page, even of two), 0 for the terminator, (size_t)-2 when the bytes end inside the
+ * character, (size_t)-1 with EILSEQ when they are invalid. `pwc` may be null; a null `s` stands for "".
+ */
+size_t mbrtowc(wchar_t *_VEXRT_RESTRICT pwc, const char *_VEXRT_RESTRICT s, size_t n,
+               mbstate_t *_VEXRT_RESTRICT ps);
+size_t mbrlen(const char *_VEXRT_RESTRICT s, size_t n, mbstate_t *_VEXRT_RESTRICT ps);
+
+/* Encodes `wc` into up to MB_CUR_MAX bytes at `s`. Returns their number, or (size_t)-1 with EILSEQ. A
+   null `s` encodes L'\0' into nothing. */
+size_t wcrtomb(char *_VEXRT_RESTRICT s, wchar_t wc, mbstate_t *_VEXRT_RESTRICT ps);
+
+/* The same into `s` of `smax` bytes, with the number in *retval. Returns 0, EILSEQ; EINVAL (a
+   constraint violation) for null arguments and sizes of 0 or above RSIZE_MAX, ERANGE (likewise) when
+   the character does not fit. A null `s` with `smax` 0 encodes L'\0' into nothing. */
+errno_t wcrtomb_s(size_t *_VEXRT_RESTRICT retval, char *_VEXRT_RESTRICT s, rsize_t smax, wchar_t wc,
+                  mbstate_t *_VEXRT_RESTRICT ps);
+
+/* The wide character of one byte, or WEOF; the byte of a wide character, or EOF when it has not
+   exactly one. */
+wint_t btowc(int c);
+int wctob(wint_t c);
+
+/*
+ * Convert the string at *src: at most `len` characters (bytes; no character is cut). Return the number
+ * without the terminator, or (size_t)-1 with EILSEQ. *src is then null when the terminator was
+ * converted, else behind the last character that was. A null `dst` counts the whole string, and *src
+ * stays.
+ */
+size_t mbsrtowcs(wchar_t *_VEXRT_RESTRICT dst, const char **_VEXRT_RESTRICT src, size_t len,
+                 mbstate_t *_VEXRT_RESTRICT ps);
+size_t wcsrtombs(char *_VEXRT_RESTRICT dst, const wchar_t **_VEXRT_RESTRICT src, size_t len,
+                 mbstate_t *_VEXRT_RESTRICT ps);
+
+/* The bounds-checked forms; see mbstowcs_s() in <stdlib.h>. The state is not optional. */
+errno_t mbsrtowcs_s(size_t *_VEXRT_RESTRICT retval, wchar_t *_VEXRT_RESTRICT dst, rsize_t dstmax,
+                    const char **_VEXRT_RESTRICT src, rsize_t len, mbstate_t *_VEXRT_RESTRICT ps);
+errno_t wcsrtombs_s(size_t *_VEXRT_RESTRICT retval, char *_VEXRT_RESTRICT dst, rsize_t dstmax,
+                    const wchar_t **_VEXRT_RESTRICT src, rsize_t len, mbstate_t *_VEXRT_RESTRICT ps);
+
 /* ---- Error texts ---- */
 
 /* The message of an errno value, in wide characters; as strerror(). */

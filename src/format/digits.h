@@ -1,4 +1,4 @@
-// Digits of unsigned integers, written from the right.
+// Digits of unsigned integers: counted first, then written straight to their place from the right.
 #pragma once
 
 #include <stdint.h>
@@ -28,33 +28,54 @@ template <typename Char>
 constexpr Char upper_digits[] = {'0', '1', '2', '3', '4', '5', '6', '7',
                                  '8', '9', 'A', 'B', 'C', 'D', 'E', 'F'};
 
-template <typename Char>
-inline Char *put_digit_pair(Char *end, uint32_t pair) {
-    __builtin_memcpy(end - 2, &digit_pairs<Char>.of[2 * pair], 2 * sizeof(Char));
-    return end - 2;
+constexpr uint64_t powers_of_ten[] = {
+    0, // so that zero has one digit
+    10,
+    100,
+    1000,
+    10000,
+    100000,
+    1000000,
+    10000000,
+    100000000,
+    1000000000,
+    10000000000,
+    100000000000,
+    1000000000000,
+    10000000000000,
+    100000000000000,
+    1000000000000000,
+    10000000000000000,
+    100000000000000000,
+    1000000000000000000,
+    10000000000000000000u,
+};
+
+inline unsigned bit_count(uint32_t value) { return 32 - __builtin_clz(value | 1); }
+inline unsigned bit_count(uint64_t value) {
+    auto high = static_cast<uint32_t>(value >> 32);
+    return high ? 32 + bit_count(high) : bit_count(static_cast<uint32_t>(value));
 }
 
-// In front of `end`; returns the first digit. Zero is one digit.
-template <typename Char>
-inline Char *put_decimal(Char *end, uint32_t value) {
-    while (value >= 100) {
-        end = put_digit_pair(end, value % 100);
-        value /= 100;
-    }
-    if (value >= 10) return put_digit_pair(end, value);
-    *--end = static_cast<Char>('0' + value);
-    return end;
+inline unsigned decimal_digit_count(uint64_t value) {
+    unsigned digits = bit_count(value) * 1233 >> 12; // times log10(2), rounded down
+    return digits + (value >= powers_of_ten[digits]);
 }
 
-// Exactly nine digits.
+// Of digits that stand for `bits` bits each.
+inline unsigned binary_digit_count(uint64_t value, unsigned bits) {
+    return (bit_count(value) + bits - 1) / bits;
+}
+
+// Writes exactly `count` digits up to `end`, zeros in front.
 template <typename Char>
-inline Char *put_nine_digits(Char *end, uint32_t value) {
-    for (int i = 0; i < 4; ++i) {
-        end = put_digit_pair(end, value % 100);
+inline void write_decimal(Char *end, unsigned count, uint32_t value) {
+    for (; count >= 2; count -= 2) {
+        end -= 2;
+        __builtin_memcpy(end, &digit_pairs<Char>.of[value % 100 * 2], 2 * sizeof(Char));
         value /= 100;
     }
-    *--end = static_cast<Char>('0' + value);
-    return end;
+    if (count) end[-1] = static_cast<Char>('0' + value % 10);
 }
 
 struct BillionSplit {
@@ -75,29 +96,47 @@ inline BillionSplit divide_by_billion(uint64_t value) {
 }
 
 template <typename Char>
-inline Char *put_decimal(Char *end, uint64_t value) {
-    while (value >> 32) {
+inline void write_decimal(Char *end, unsigned count, uint64_t value) {
+    while (value >> 32) { // of more than nine digits
         BillionSplit split = divide_by_billion(value);
-        end = put_nine_digits(end, split.remainder);
+        write_decimal(end, 9, split.remainder);
+        end -= 9;
+        count -= 9;
         value = split.quotient;
     }
-    return put_decimal(end, static_cast<uint32_t>(value));
+    write_decimal(end, count, static_cast<uint32_t>(value));
 }
 
-// Octal (3 bits a digit) and hexadecimal (4).
 template <typename Char>
-inline Char *put_binary_digits(Char *end, uint64_t value, unsigned bits, const Char *digits) {
+inline void write_binary(Char *end, unsigned count, uint64_t value, unsigned bits,
+                         const Char *digits) {
     uint32_t mask = (1u << bits) - 1;
-    while (value >> 32) {
+    for (; value >> 32; value >>= bits, --count)
         *--end = digits[static_cast<uint32_t>(value) & mask];
-        value >>= bits;
-    }
-    auto rest = static_cast<uint32_t>(value);
-    do {
+    for (auto rest = static_cast<uint32_t>(value); count; rest >>= bits, --count)
         *--end = digits[rest & mask];
-        rest >>= bits;
-    } while (rest);
-    return end;
+}
+
+// ---- by conversion letter: o, x, X, and decimal for all others ----
+
+inline unsigned digit_count(uint64_t value, unsigned letter) {
+    switch (letter) {
+    case 'x':
+    case 'X': return binary_digit_count(value, 4);
+    case 'o': return binary_digit_count(value, 3);
+    default: return decimal_digit_count(value);
+    }
+}
+
+template <typename Char>
+inline void write_digits(Char *to, unsigned count, uint64_t value, unsigned letter) {
+    Char *end = to + count;
+    switch (letter) {
+    case 'x': return write_binary(end, count, value, 4, lower_digits<Char>);
+    case 'X': return write_binary(end, count, value, 4, upper_digits<Char>);
+    case 'o': return write_binary(end, count, value, 3, lower_digits<Char>);
+    default: return write_decimal(end, count, value);
+    }
 }
 
 } // namespace vexrt

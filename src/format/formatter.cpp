@@ -12,21 +12,6 @@ namespace vexrt {
 
 namespace {
 
-// Padding goes out in pieces of these.
-constexpr unsigned chunk_length = 32;
-
-template <typename Char>
-struct Chunk {
-    Char of[chunk_length];
-    explicit constexpr Chunk(char c) : of{} {
-        for (Char &place : of) place = static_cast<Char>(c);
-    }
-};
-template <typename Char>
-constexpr Chunk<Char> blanks(' ');
-template <typename Char>
-constexpr Chunk<Char> zeros('0');
-
 constexpr char null_text[] = "(null)";
 constexpr wchar_t wide_null_text[] = L"(null)";
 
@@ -142,7 +127,6 @@ int Formatter<Char>::run() {
 
 template <typename Char>
 bool Formatter<Char>::convert() {
-    field_ = {};
     read_directive();
     unsigned letter = code_of(*format_);
     if (letter) ++format_;
@@ -160,7 +144,7 @@ bool Formatter<Char>::convert() {
     case 'n': return store_count();
     // A '%' at the end of a format stands for itself.
     case '\0':
-    case '%': return put_percent();
+    case '%': directive_.width = 0; return put_character('%');
     // Floating conversions are not made yet. Their argument is passed over, so that those behind it
     // are found, and the letter is output like any other that is no conversion.
     case 'a':
@@ -171,7 +155,7 @@ bool Formatter<Char>::convert() {
     case 'F':
     case 'g':
     case 'G': va_arg(arguments_, double); [[fallthrough]];
-    default: field_.add_prefix(letter); return put_field();
+    default: return put_character(letter);
     }
 }
 
@@ -179,8 +163,9 @@ bool Formatter<Char>::convert() {
 
 template <typename Char>
 void Formatter<Char>::read_directive() {
-    directive_ = {0, 0, -1, 0};
-    if (code_of(*format_) <= '9') { // as all flags, digits, '.' and '*' are
+    // All flags and digits, '.' and '*' are below letters.
+    directive_ = {0, 0, -1, 0, code_of(*format_) > '9'};
+    if (!directive_.bare) {
         read_flags();
         read_width();
         read_precision();
@@ -285,28 +270,30 @@ uint64_t Formatter<Char>::next_unsigned() {
 template <typename Char>
 bool Formatter<Char>::convert_signed() {
     uint64_t value = next_signed();
-    if (static_cast<int64_t>(value) < 0) {
-        field_.add_prefix('-');
-        value = 0 - value;
-    } else if (directive_.flags & flag_plus) {
-        field_.add_prefix('+');
-    } else if (directive_.flags & flag_space) {
-        field_.add_prefix(' ');
-    }
-    make_digits(value, 'd');
-    return put_field();
+    bool negative = static_cast<int64_t>(value) < 0;
+    if (negative) value = 0 - value;
+    if (directive_.bare && put_bare_number(value, 'd', negative)) return true;
+    Field<Char> field{};
+    if (negative)
+        field.add_prefix('-');
+    else if (directive_.flags & flag_plus)
+        field.add_prefix('+');
+    else if (directive_.flags & flag_space)
+        field.add_prefix(' ');
+    return put_number(field, value, 'd');
 }
 
 template <typename Char>
 bool Formatter<Char>::convert_unsigned(unsigned letter) {
     uint64_t value = next_unsigned();
+    if (directive_.bare && put_bare_number(value, letter, false)) return true;
+    Field<Char> field{};
     bool hexadecimal = letter == 'x' || letter == 'X';
     if (hexadecimal && value && directive_.flags & flag_alternate) {
-        field_.add_prefix('0');
-        field_.add_prefix(letter);
+        field.add_prefix('0');
+        field.add_prefix(letter);
     }
-    make_digits(value, letter);
-    return put_field();
+    return put_number(field, value, letter);
 }
 
 // Always eight columns, whatever width was given.
@@ -314,35 +301,42 @@ template <typename Char>
 bool Formatter<Char>::convert_pointer(unsigned letter) {
     directive_.width = 8;
     directive_.flags |= flag_zero;
-    make_digits(next_word(), letter == 'p' ? 'x' : 'X');
-    return put_field();
+    Field<Char> field{};
+    return put_number(field, next_word(), letter == 'p' ? 'x' : 'X');
 }
 
-// The digits become the body. Precision and the `0` flag become leading zeros.
+// The commonest case, where a number is nothing but its digits. False: it does not fit the output
+// as it is.
 template <typename Char>
-void Formatter<Char>::make_digits(uint64_t magnitude, unsigned letter) {
-    Char *end = digits_ + digit_room, *first = end;
+inline bool Formatter<Char>::put_bare_number(uint64_t magnitude, unsigned letter, bool negative) {
+    unsigned count = digit_count(magnitude, letter);
+    Char *to = output_.reserve(count + negative);
+    if (!to) return false;
+    if (negative) *to++ = '-';
+    write_digits(to, count, magnitude, letter);
+    return true;
+}
+
+// The digits become the body. Precision and the `0` flag become leading zeros. `#` gives an octal
+// number a zero in front, but deliberately not to the empty text that zero is at precision 0.
+template <typename Char>
+bool Formatter<Char>::put_number(Field<Char> &field, uint64_t magnitude, unsigned letter) {
     int precision = directive_.precision;
+    unsigned length = 0;
     if (magnitude || precision) {
-        switch (letter) {
-        case 'x': first = put_binary_digits(end, magnitude, 4, lower_digits<Char>); break;
-        case 'X': first = put_binary_digits(end, magnitude, 4, upper_digits<Char>); break;
-        case 'o':
-            first = put_binary_digits(end, magnitude, 3, lower_digits<Char>);
-            if (directive_.flags & flag_alternate && *first != '0') *--first = '0';
-            break;
-        default: first = put_decimal(end, magnitude);
-        }
+        length = digit_count(magnitude, letter);
+        if (letter == 'o' && magnitude && directive_.flags & flag_alternate) ++length;
     }
-    field_.body = first;
-    field_.body_length = static_cast<unsigned>(end - first);
-    unsigned length = field_.body_length;
+    field.number = magnitude;
+    field.number_letter = letter;
+    field.body_length = length;
     if (precision >= 0) {
-        if (length < static_cast<unsigned>(precision)) field_.leading_zeros = precision - length;
+        if (length < static_cast<unsigned>(precision)) field.leading_zeros = precision - length;
     } else if ((directive_.flags & (flag_zero | flag_left)) == flag_zero) {
-        length += field_.prefix_length;
-        if (length < directive_.width) field_.leading_zeros = directive_.width - length;
+        length += field.prefix_length;
+        if (length < directive_.width) field.leading_zeros = directive_.width - length;
     }
+    return put_field(output_, field, directive_);
 }
 
 // ---- text of the engine's own kind ----
@@ -360,23 +354,14 @@ bool Formatter<Char>::convert_string() {
         if (secure_) return violation();
         text = null_text_of(Char());
     }
-    field_.body = text;
     size_t limit = static_cast<size_t>(directive_.precision);
-    field_.body_length =
-        directive_.precision < 0 ? whole_length(text) : bounded_length(text, limit);
-    return put_field();
+    return put_text(text,
+                    directive_.precision < 0 ? whole_length(text) : bounded_length(text, limit));
 }
 
 template <typename Char>
 bool Formatter<Char>::convert_character() {
-    field_.add_prefix(next_word());
-    return put_field();
-}
-
-template <typename Char>
-bool Formatter<Char>::put_percent() {
-    const Char percent = '%';
-    return output_.put(&percent, 1);
+    return put_character(next_word());
 }
 
 template <typename Char>
@@ -445,47 +430,31 @@ bool Formatter<Char>::transcode_through(Char *buffer, size_t size, const Other *
         if (count > limit) break;
         if (count > size - used) {
             directive_.width = 0;
-            if (!put_as_field(buffer, used)) return false;
+            if (!put_text(buffer, used)) return false;
             used = 0;
         }
         memcpy(buffer + used, piece, count * sizeof(Char));
         used += count;
         limit -= count;
     }
-    return put_as_field(buffer, used) && length >= 0;
+    return put_text(buffer, used) && length >= 0;
 }
 
 // ---- output ----
 
 template <typename Char>
-bool Formatter<Char>::put_as_field(const Char *text, size_t length) {
-    field_.body = text;
-    field_.body_length = length;
-    return put_field();
+bool Formatter<Char>::put_text(const Char *text, size_t length) {
+    if (length >= directive_.width) return output_.put(text, length);
+    Field<Char> field{};
+    field.body = text;
+    field.body_length = length;
+    return put_field(output_, field, directive_);
 }
 
 template <typename Char>
-bool Formatter<Char>::put_field() {
-    const Field<Char> &field = field_;
-    uint64_t length = field.length();
-    uint64_t padding = length < directive_.width ? directive_.width - length : 0;
-    bool left = directive_.flags & flag_left;
-    return (left || put_run(blanks<Char>.of, padding)) &&
-           output_.put(field.prefix, field.prefix_length) &&
-           put_run(zeros<Char>.of, field.leading_zeros) &&
-           output_.put(field.body, field.body_length) &&
-           put_run(zeros<Char>.of, field.middle_zeros) &&
-           output_.put(field.body + field.body_length, field.tail_length) &&
-           put_run(zeros<Char>.of, field.trailing_zeros) &&
-           (!left || put_run(blanks<Char>.of, padding));
-}
-
-// `count` times the character that `chunk` is full of.
-template <typename Char>
-bool Formatter<Char>::put_run(const Char *chunk, uint64_t count) {
-    for (; count > chunk_length; count -= chunk_length)
-        if (!output_.put(chunk, chunk_length)) return false;
-    return output_.put(chunk, static_cast<size_t>(count));
+bool Formatter<Char>::put_character(unsigned c) {
+    auto character = static_cast<Char>(c);
+    return put_text(&character, 1);
 }
 
 // The handler sees all that was output before.

@@ -2,7 +2,6 @@
 // conversion and puts it into an output.
 #pragma once
 
-#include "format/digits.h"
 #include "format/field.h"
 #include "format/output.h"
 
@@ -63,16 +62,15 @@ private:
     bool convert_character();
     bool convert_other_string();
     bool convert_other_character();
-    bool put_percent();
+    bool put_character(unsigned c);
     bool store_count();
 
-    void make_digits(uint64_t magnitude, unsigned letter);
+    bool put_bare_number(uint64_t magnitude, unsigned letter, bool negative);
+    bool put_number(Field<Char> &field, uint64_t magnitude, unsigned letter);
     bool transcode(const Other *text, size_t limit);
     bool transcode_through(Char *buffer, size_t size, const Other *text, size_t limit);
 
-    bool put_field();
-    bool put_as_field(const Char *text, size_t length);
-    bool put_run(const Char *chunk, uint64_t count);
+    bool put_text(const Char *text, size_t length);
     bool violation();
 
     Output<Char> &output_;
@@ -80,8 +78,6 @@ private:
     va_list arguments_;
     bool secure_;
     Directive directive_;
-    Field<Char> field_;
-    Char digits_[digit_room];
 };
 
 template <typename Char>

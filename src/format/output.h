@@ -37,7 +37,15 @@ inline void copy_short(void *to, const void *from, size_t size) {
     else if (size)
         *out = *in;
 }
-constexpr size_t short_copy_limit = 32;
+
+template <typename Char>
+inline void copy_text(Char *to, const Char *text, size_t count) {
+    size_t size = count * sizeof(Char);
+    if (size <= 32)
+        copy_short(to, text, size);
+    else
+        memcpy(to, text, size);
+}
 
 template <typename Char>
 class Output {
@@ -48,13 +56,17 @@ public:
     // False: the output failed, and nothing more may be put.
     bool put(const Char *text, size_t count) {
         if (__builtin_expect(count > room(), false)) return spill(text, count);
-        size_t size = count * sizeof(Char);
-        if (size <= short_copy_limit)
-            copy_short(pos_, text, size);
-        else
-            memcpy(pos_, text, size);
+        copy_text(pos_, text, count);
         pos_ += count;
         return true;
+    }
+
+    // The place for so many characters, which the caller then writes; null when they do not fit.
+    Char *reserve(uint64_t count) {
+        if (count > room()) return nullptr;
+        Char *place = pos_;
+        pos_ += count;
+        return place;
     }
 
     // What has been put so far reaches its place.

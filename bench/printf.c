@@ -1,0 +1,26 @@
+/* Formatted output to a buffer. Compiles against any C library. */
+#include "bench.h"
+
+#include <stdio.h>
+#include <wchar.h>
+
+#define LITERAL "sixty-four bytes of literal text, which no conversion interrupts"
+
+int main(void)
+{
+    char text[256];
+    wchar_t wide_text[256];
+    const char *volatile word = "hello";
+    volatile int number = 123456, small = 42;
+    volatile long long large = 1234567890123456789LL;
+
+    BENCH("snprintf %d", 1, bench_keep(snprintf(text, sizeof text, "%d", number)));
+    BENCH("snprintf %s %d %x\\n", 1,
+          bench_keep(snprintf(text, sizeof text, "%s %d %x\n", word, small, number)));
+    BENCH("snprintf %08x", 1, bench_keep(snprintf(text, sizeof text, "%08x", number)));
+    BENCH("snprintf %-20s|", 1, bench_keep(snprintf(text, sizeof text, "%-20s|", word)));
+    BENCH("snprintf %lld", 1, bench_keep(snprintf(text, sizeof text, "%lld", large)));
+    BENCH("snprintf literal", 1, bench_keep(snprintf(text, sizeof text, LITERAL)));
+    BENCH("swprintf %d", 1, bench_keep(swprintf(wide_text, 256, L"%d", number)));
+    return 0;
+}
