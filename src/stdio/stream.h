@@ -56,6 +56,8 @@ struct Stream {
     unsigned index; // slot in the stream table; selects the lock
 
     bool is_custom() const { return flags & SF_CUSTOM; }
+    // Whether a byte may be stored and nothing else need be done.
+    bool has_plain_room() const { return pos < put_limit && !(flags & (SF_LINEBUF | SF_NOBUF)); }
     wchar_t *wide_unget_end() { return wunget_area + 2; }
 };
 static_assert(sizeof(Stream) == sizeof(FILE));
@@ -100,8 +102,7 @@ inline int get_byte(Stream &s) {
 }
 
 inline int put_byte(int c, Stream &s) {
-    if (s.pos < s.put_limit && !(s.flags & (SF_LINEBUF | SF_NOBUF)))
-        return static_cast<unsigned char>(*s.pos++ = static_cast<char>(c));
+    if (s.has_plain_room()) return static_cast<unsigned char>(*s.pos++ = static_cast<char>(c));
     return put_byte_slow(c, s);
 }
 
