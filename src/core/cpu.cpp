@@ -12,7 +12,9 @@ struct Registers {
 
 Registers identify(DWORD leaf) {
     Registers r;
-    __asm__ volatile("cpuid" : "=a"(r.eax), "=b"(r.ebx), "=c"(r.ecx), "=d"(r.edx) : "a"(leaf), "c"(0));
+    __asm__ volatile("cpuid"
+                     : "=a"(r.eax), "=b"(r.ebx), "=c"(r.ecx), "=d"(r.edx)
+                     : "a"(leaf), "c"(0));
     return r;
 }
 

@@ -55,7 +55,7 @@ namespace {
     TEXT(EILSEQ, "Multibyte encoding error")
 
 constexpr int assigned_count = EILSEQ + 1;
-constexpr int numbered_limit = 255;                   // above it a number has no text of its own
+constexpr int numbered_limit = 255;                      // above it a number has no text of its own
 constexpr size_t numbered_length = sizeof("Error #xxx"); // with its terminator
 
 template <typename Char>
@@ -143,6 +143,8 @@ extern "C" errno_t strerror_s(char *s, rsize_t maxsize, errno_t code) {
 
 extern "C" void perror(const char *prefix) {
     const char *text = error_message(thread_record().error_number);
-    if (prefix && *prefix) write_diagnostic(prefix, ": ", text, "\n");
-    else write_diagnostic(text, "\n");
+    if (prefix && *prefix)
+        write_diagnostic(prefix, ": ", text, "\n");
+    else
+        write_diagnostic(text, "\n");
 }

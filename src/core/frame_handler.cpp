@@ -2,9 +2,9 @@
 //
 // A function with a __try keeps a registration node on its stack, linked from the thread block. The
 // node points at the function's scope table, one entry a __try, and holds the innermost __try that
-// is active. A dispatch walks outwards over the entries and asks their filters; an unwind walks them
-// and runs the __finally blocks. Filters and blocks run in the frame of their function: they find it
-// through ebp, which points just behind the node.
+// is active. A dispatch walks outwards over the entries and asks their filters; an unwind walks
+// them and runs the __finally blocks. Filters and blocks run in the frame of their function: they
+// find it through ebp, which points just behind the node.
 
 #include "platform/kernel32.h"
 
@@ -93,8 +93,8 @@ extern "C" void vexrt_global_unwind(void *node, EXCEPTION_RECORD *record);
 
 using namespace vexrt;
 
-// Runs the __finally blocks inside `level`, innermost first. The level is stepped out before a block
-// runs: a block that raises an exception itself is not entered twice.
+// Runs the __finally blocks inside `level`, innermost first. The level is stepped out before a
+// block runs: a block that raises an exception itself is not entered twice.
 extern "C" void __local_unwind2(void *node, int level) {
     Registration &registration = registration_at(node);
     while (registration.level != outermost && registration.level != level) {

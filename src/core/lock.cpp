@@ -79,8 +79,10 @@ void Lock::enter_shared(DWORD me) {
     HANDLE wake = event_of(event);
     while (exchange(state, 2) != 0) {
         // Without an event, waiting degrades to polling; it still ends.
-        if (wake) WaitForSingleObject(wake, INFINITE);
-        else Sleep(1);
+        if (wake)
+            WaitForSingleObject(wake, INFINITE);
+        else
+            Sleep(1);
     }
     SetLastError(last_error);
 }
@@ -117,8 +119,10 @@ Lock *create_numbered_lock(unsigned number) {
     if (!made) return nullptr;
     *made = Lock{};
     Locked guard(static_locks[lock_creation]);
-    if (numbered_locks[number]) heap_release(made);
-    else numbered_locks[number] = made;
+    if (numbered_locks[number])
+        heap_release(made);
+    else
+        numbered_locks[number] = made;
     return numbered_locks[number];
 }
 

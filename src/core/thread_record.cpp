@@ -81,8 +81,8 @@ void free_thread_record(ThreadRecord *record) {
     if (thread_record_slot == TLS_OUT_OF_INDEXES) return;
     if (!record) record = existing_thread_record();
     if (record) {
-        void *const buffers[] = {record->spare_buffer,  record->random_table,
-                                 record->error_text,    record->tmpnam_buffer,
+        void *const buffers[] = {record->spare_buffer,   record->random_table,
+                                 record->error_text,     record->tmpnam_buffer,
                                  record->asctime_buffer, record->calendar_state};
         for (void *buffer : buffers) heap_release(buffer);
         if (record->signal_handlers != default_signal_handlers)

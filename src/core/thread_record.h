@@ -13,8 +13,18 @@ struct ConversionState;
 // The functions that keep a conversion state for a null state argument, in the order of their
 // words in the record.
 enum class StateOf : unsigned {
-    mbrlen, mbrtowc, mbsrtowcs, mbtowc, wcrtomb, wcsrtombs,
-    wctomb, wctomb_s, mbrtoc16, mbrtoc32, c16rtomb, c32rtomb,
+    mbrlen,
+    mbrtowc,
+    mbsrtowcs,
+    mbtowc,
+    wcrtomb,
+    wcsrtombs,
+    wctomb,
+    wctomb_s,
+    mbrtoc16,
+    mbrtoc32,
+    c16rtomb,
+    c32rtomb,
     count
 };
 

@@ -1,9 +1,9 @@
 // A program's constructors and destructors, as the compilers leave them.
 //
 // For windows-msvc they stand in sections that the linker sorts by name: .CRT$XC* constructors,
-// .CRT$XI* initialisers that may fail, .CRT$XP* and .CRT$XT* terminators. For windows-gnu they stand
-// in .ctors and .dtors, lists that run backwards from their end; the linker puts an all-ones word in
-// front and a zero behind.
+// .CRT$XI* initialisers that may fail, .CRT$XP* and .CRT$XT* terminators. For windows-gnu they
+// stand in .ctors and .dtors, lists that run backwards from their end; the linker puts an all-ones
+// word in front and a zero behind.
 
 #include "crt/startup.h"
 

@@ -58,7 +58,8 @@ int close_worker(int fd, Descriptor &descriptor) {
 using namespace vexrt;
 
 extern "C" int _close(int fd) {
-    return with_descriptor(fd, [=](Descriptor &descriptor) { return close_worker(fd, descriptor); });
+    return with_descriptor(fd,
+                           [=](Descriptor &descriptor) { return close_worker(fd, descriptor); });
 }
 
 extern "C" int _dup(int fd) {
@@ -117,11 +118,12 @@ extern "C" int _pipe(int fds[2], unsigned int size, int textmode) {
     for (int i = 0; i < 2; ++i) {
         made[i] = allocate_descriptor();
         if (made[i] < 0) {
-            if (i == 1) with_descriptor(made[0], [&](Descriptor &first) {
-                free_handle(made[0]);
-                first.flags = 0;
-                return 0;
-            });
+            if (i == 1)
+                with_descriptor(made[0], [&](Descriptor &first) {
+                    free_handle(made[0]);
+                    first.flags = 0;
+                    return 0;
+                });
             for (HANDLE end : ends) CloseHandle(end);
             return fail_with(EMFILE);
         }

@@ -18,7 +18,8 @@ const HANDLE handle_no_console = reinterpret_cast<HANDLE>(-2); // a process with
 bool add_block() {
     unsigned count = descriptor_count;
     if (count == descriptor_limit) return false;
-    auto *block = static_cast<Descriptor *>(heap_allocate(descriptors_per_block * sizeof(Descriptor)));
+    auto *block =
+        static_cast<Descriptor *>(heap_allocate(descriptors_per_block * sizeof(Descriptor)));
     if (!block) return false;
     Descriptor fresh{};
     for (unsigned char &slot : fresh.pending) slot = no_pending;

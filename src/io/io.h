@@ -31,7 +31,7 @@ constexpr unsigned char no_pending = '\n';
 // -1), or open. Its address is stable for the life of the process.
 struct Descriptor {
     unsigned char flags;
-    unsigned char encoding; // of a text-mode descriptor
+    unsigned char encoding;   // of a text-mode descriptor
     unsigned char pending[3]; // read ahead from a pipe or device
     unsigned char lock_ready; // a zero lock needs no set-up: always 1
     Lock lock;

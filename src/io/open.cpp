@@ -70,8 +70,10 @@ DWORD attributes_of(int oflag, int permissions) {
                                                                       : FILE_ATTRIBUTE_NORMAL;
     if (oflag & O_TEMPORARY) attributes |= FILE_FLAG_DELETE_ON_CLOSE;
     if (oflag & O_SHORT_LIVED) attributes |= FILE_ATTRIBUTE_TEMPORARY;
-    if (oflag & O_SEQUENTIAL) attributes |= FILE_FLAG_SEQUENTIAL_SCAN;
-    else if (oflag & O_RANDOM) attributes |= FILE_FLAG_RANDOM_ACCESS;
+    if (oflag & O_SEQUENTIAL)
+        attributes |= FILE_FLAG_SEQUENTIAL_SCAN;
+    else if (oflag & O_RANDOM)
+        attributes |= FILE_FLAG_RANDOM_ACCESS;
     return attributes;
 }
 
@@ -244,7 +246,8 @@ int open_file(const Char *path, int oflag, int shflag, int permissions) {
         set_handle(fd, handle);
         descriptor.flags = request.flags | type | FD_OPEN;
         descriptor.encoding = encoding_ansi;
-        if (!prepare_text(descriptor, request)) close_worker(fd, descriptor);
+        if (!prepare_text(descriptor, request))
+            close_worker(fd, descriptor);
         else if (!(request.write_only && request.reads()) ||
                  reopen_write_only(fd, descriptor, path, request))
             result = fd;

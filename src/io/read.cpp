@@ -70,8 +70,10 @@ bool settle_last_carriage_return(Descriptor &descriptor, U &unit, bool output_em
     Transfer ahead = read_handle(descriptor.osfhandle, &next, sizeof next);
     if (ahead.count < sizeof next) return true;
     if (!descriptor.is_seekable()) {
-        if (next == line_feed) unit = line_feed;
-        else keep(descriptor, &next, sizeof next);
+        if (next == line_feed)
+            unit = line_feed;
+        else
+            keep(descriptor, &next, sizeof next);
         return true;
     }
     if (next == line_feed && output_empty) {
@@ -90,8 +92,10 @@ unsigned translate_lines(Descriptor &descriptor, U *units, unsigned count) {
     while (from < end) {
         U unit = *from++;
         if (unit == ctrl_z) {
-            if (descriptor.flags & FD_DEVICE) *to++ = unit;
-            else descriptor.flags |= FD_EOF;
+            if (descriptor.flags & FD_DEVICE)
+                *to++ = unit;
+            else
+                descriptor.flags |= FD_EOF;
             break;
         }
         if (unit == carriage_return) {
@@ -111,8 +115,8 @@ Transfer read_ansi_text(Descriptor &descriptor, void *buffer, unsigned count) {
     auto *text = static_cast<unsigned char *>(buffer);
     done.count = translate_lines(descriptor, text, done.count);
     if (descriptor.is_console())
-        recode_in_place(thread_record().locale->code_page, GetConsoleCP(), static_cast<char *>(buffer),
-                        static_cast<int>(done.count));
+        recode_in_place(thread_record().locale->code_page, GetConsoleCP(),
+                        static_cast<char *>(buffer), static_cast<int>(done.count));
     return done;
 }
 
@@ -146,8 +150,10 @@ unsigned whole_sequences(const unsigned char *text, unsigned size, unsigned unit
 // Puts back what follows the whole sequences. A pipe can keep three bytes; the limit on what is
 // read from one ensures that there are never more.
 void put_back(Descriptor &descriptor, const unsigned char *surplus, unsigned count) {
-    if (descriptor.is_seekable()) seek64(descriptor, -static_cast<int64_t>(count), SEEK_CUR);
-    else keep(descriptor, surplus, count);
+    if (descriptor.is_seekable())
+        seek64(descriptor, -static_cast<int64_t>(count), SEEK_CUR);
+    else
+        keep(descriptor, surplus, count);
 }
 
 // From a file, twice the room of the caller is read and the surplus sought back over. A pipe cannot
@@ -171,12 +177,11 @@ Transfer read_utf8_text(Descriptor &descriptor, void *buffer, unsigned count) {
         if (length == 0) length = done.count; // a cut sequence at the end of a file: invalid
         if (length < done.count) put_back(descriptor, text + length, done.count - length);
         length = translate_lines(descriptor, text, length);
-        int made = length ? MultiByteToWideChar(utf8_code_page, reject_invalid_characters,
-                                                reinterpret_cast<char *>(text),
-                                                static_cast<int>(length),
-                                                static_cast<wchar_t *>(buffer),
-                                                static_cast<int>(units))
-                          : 0;
+        int made =
+            length ? MultiByteToWideChar(utf8_code_page, reject_invalid_characters,
+                                         reinterpret_cast<char *>(text), static_cast<int>(length),
+                                         static_cast<wchar_t *>(buffer), static_cast<int>(units))
+                   : 0;
         done.error = length && !made ? GetLastError() : ERROR_SUCCESS;
         done.count = static_cast<unsigned>(made) * sizeof(wchar_t);
         break;

@@ -125,8 +125,9 @@ Transfer write_utf8_text(Descriptor &descriptor, const wchar_t *text, unsigned u
     Transfer done{};
     for_each_chunk<HalfChunk>(text, text + units, [&](HalfChunk &chunk, const wchar_t *consumed) {
         char bytes[chunk_bytes];
-        int size = WideCharToMultiByte(utf8_code_page, 0, chunk.units, static_cast<int>(chunk.count),
-                                       bytes, sizeof bytes, nullptr, nullptr);
+        int size =
+            WideCharToMultiByte(utf8_code_page, 0, chunk.units, static_cast<int>(chunk.count),
+                                bytes, sizeof bytes, nullptr, nullptr);
         if (!size) done.error = GetLastError();
         if (!size ||
             !write_completely(descriptor.osfhandle, bytes, static_cast<unsigned>(size), done))
@@ -155,7 +156,8 @@ int result_of(const Descriptor &descriptor, const void *buffer, const Transfer &
     if (done.written) return static_cast<int>(done.written - done.added);
     switch (done.error) {
     case ERROR_SUCCESS:
-        if ((descriptor.flags & FD_DEVICE) && *static_cast<const char *>(buffer) == ctrl_z) return 0;
+        if ((descriptor.flags & FD_DEVICE) && *static_cast<const char *>(buffer) == ctrl_z)
+            return 0;
         return fail_with(ENOSPC);
     case ERROR_ACCESS_DENIED: return fail_with(EBADF);
     case ERROR_NO_DATA: return fail_with(EPIPE); // the pipe is being closed
@@ -172,9 +174,9 @@ int write_worker(Descriptor &descriptor, const void *buffer, unsigned count) {
     if (unicode && count % sizeof(wchar_t)) return fail_with(EINVAL);
     if (descriptor.flags & FD_APPEND) SetFilePointerEx(descriptor.osfhandle, 0, nullptr, FILE_END);
     Transfer done = !descriptor.is_text() ? write_raw(descriptor, buffer, count)
-                    : unicode             ? write_unicode_text(descriptor, buffer, count)
-                                          : write_ansi_text(descriptor,
-                                                            static_cast<const char *>(buffer), count);
+                    : unicode
+                        ? write_unicode_text(descriptor, buffer, count)
+                        : write_ansi_text(descriptor, static_cast<const char *>(buffer), count);
     return result_of(descriptor, buffer, done);
 }
 
@@ -182,8 +184,8 @@ int write_worker(Descriptor &descriptor, const void *buffer, unsigned count) {
 
 using namespace vexrt;
 
-// Console output of one call is not mixed with that of another: the console lock is taken first, and
-// given back even when an exception passes through.
+// Console output of one call is not mixed with that of another: the console lock is taken first,
+// and given back even when an exception passes through.
 extern "C" int _write(int fd, const void *buffer, unsigned count) {
     Descriptor *descriptor = open_descriptor(fd);
     if (!descriptor) return fail_with(EBADF);

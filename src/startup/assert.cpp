@@ -14,7 +14,7 @@ namespace vexrt {
 
 namespace {
 
-constexpr UINT box_style = 0x42010; // error icon, task modal, topmost, one OK button
+constexpr UINT box_style = 0x42010;        // error icon, task modal, topmost, one OK button
 constexpr size_t box_text_capacity = 1024; // the system's formatter writes no more than this
 
 struct Report {
@@ -42,8 +42,8 @@ bool standard_error_unchanged() {
 void show_box(const Report &report) {
     HMODULE user32 = LoadLibraryA("user32.dll");
     if (!user32) return;
-    auto *format = reinterpret_cast<int (*)(char *, const char *, ...)>(
-        GetProcAddress(user32, "wsprintfA"));
+    auto *format =
+        reinterpret_cast<int (*)(char *, const char *, ...)>(GetProcAddress(user32, "wsprintfA"));
     auto *show = reinterpret_cast<int(__stdcall *)(void *, const char *, const char *, UINT)>(
         GetProcAddress(user32, "MessageBoxA"));
     if (format && show) {
@@ -57,7 +57,8 @@ void show_box(const Report &report) {
 
 // Decimal digits of `value` in front of `end`; returns the first one.
 char *decimal(int value, char *end) {
-    unsigned magnitude = value < 0 ? 0u - static_cast<unsigned>(value) : static_cast<unsigned>(value);
+    unsigned magnitude =
+        value < 0 ? 0u - static_cast<unsigned>(value) : static_cast<unsigned>(value);
     *--end = '\0';
     do *--end = static_cast<char>('0' + magnitude % 10);
     while (magnitude /= 10);

@@ -36,8 +36,8 @@ int attach_count;
 
 void sample_performance_counter() {
     PerformanceBaseline &sample = performance_baseline;
-    if (!QueryPerformanceFrequency(&sample.frequency) || !QueryPerformanceCounter(&sample.counter) ||
-        sample.frequency == 0)
+    if (!QueryPerformanceFrequency(&sample.frequency) ||
+        !QueryPerformanceCounter(&sample.counter) || sample.frequency == 0)
         sample = {-1, -1};
 }
 

@@ -24,7 +24,9 @@ struct System;
 template <>
 struct System<char> {
     static char *command_line() { return GetCommandLineA(); }
-    static DWORD module_path(char *path) { return GetModuleFileNameA(nullptr, path, path_capacity); }
+    static DWORD module_path(char *path) {
+        return GetModuleFileNameA(nullptr, path, path_capacity);
+    }
     static char **&published() { return __argv; }
 };
 
@@ -128,7 +130,8 @@ Char **publish_arguments() {
     size_t pointers = (count.arguments + 1) * sizeof(Char *);
     auto *block = static_cast<char *>(heap_allocate(pointers + count.units * sizeof(Char)));
     if (!block) fatal(FatalCode::out_of_memory);
-    ArgumentSink<Char> fill{reinterpret_cast<Char **>(block), reinterpret_cast<Char *>(block + pointers)};
+    ArgumentSink<Char> fill{reinterpret_cast<Char **>(block),
+                            reinterpret_cast<Char *>(block + pointers)};
     parse(line, fill);
     fill.vector[fill.arguments] = nullptr;
 
@@ -149,7 +152,8 @@ int concmdln(int *count, Char ***vector) {
 template <typename Char>
 Char *behind_program_name(Char *line) {
     if (*line == '"') {
-        for (++line; *line && *line != '"'; ++line) {}
+        for (++line; *line && *line != '"'; ++line) {
+        }
         if (*line) ++line;
     } else {
         while (static_cast<unsigned>(*line) > ' ') ++line; // a negative char counts as above

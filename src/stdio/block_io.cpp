@@ -36,8 +36,8 @@ size_t take_pushback(Stream &s, char *to, size_t wanted) {
     return count;
 }
 
-// Reads whole buffers' worth of bytes to the caller. 0: not possible here; the buffer then takes its
-// turn, and with it end of file and errors.
+// Reads whole buffers' worth of bytes to the caller. 0: not possible here; the buffer then takes
+// its turn, and with it end of file and errors.
 size_t read_directly(Stream &s, char *to, size_t wanted) {
     size_t buffer = static_cast<size_t>(s.end - s.base);
     size_t amount = smaller(wanted, INT_MAX) / buffer * buffer;
@@ -73,8 +73,8 @@ size_t read_bytes(Stream &s, char *to, size_t total) {
     return done;
 }
 
-// How much of `left` bytes may go straight to the descriptor now that the buffer is empty: all of it
-// when nothing is buffered, else all but what would stay in the buffer.
+// How much of `left` bytes may go straight to the descriptor now that the buffer is empty: all of
+// it when nothing is buffered, else all but what would stay in the buffer.
 size_t direct_amount(const Stream &s, size_t left) {
     if (s.pos != s.base || s.is_custom() || (s.flags & SF_LINEBUF)) return 0;
     if (s.flags & SF_NOBUF) return left;
@@ -82,11 +82,12 @@ size_t direct_amount(const Stream &s, size_t left) {
     return left > 2 * buffer && is_binary_descriptor(s) ? (left - 1) / buffer * buffer : 0;
 }
 
-// Writes to the descriptor; `counted` is what of it the plain rule would have taken from the caller.
+// Writes to the descriptor; `counted` is what of it the plain rule would have taken from the
+// caller.
 bool write_directly(Stream &s, const char *from, size_t amount, size_t &counted) {
     for (size_t done = 0; done < amount;) {
-        int count = write_below(s, from + done,
-                                static_cast<unsigned>(smaller(amount - done, INT_MAX)));
+        int count =
+            write_below(s, from + done, static_cast<unsigned>(smaller(amount - done, INT_MAX)));
         if (count < 1) {
             size_t buffer = s.flags & SF_NOBUF ? 1 : static_cast<size_t>(s.end - s.base);
             counted = smaller(done / buffer * buffer + buffer, amount);
@@ -151,5 +152,6 @@ extern "C" size_t fread(void *to, size_t size, size_t count, FILE *file) {
 }
 
 extern "C" size_t fwrite(const void *from, size_t size, size_t count, FILE *file) {
-    return with_stream(file, size_t(0), [=](Stream &s) { return write_block(from, size, count, s); });
+    return with_stream(file, size_t(0),
+                       [=](Stream &s) { return write_block(from, size, count, s); });
 }

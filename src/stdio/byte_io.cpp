@@ -17,8 +17,8 @@ int get_byte_slow(Stream &s) {
 int put_byte_slow(int c, Stream &s) {
     if (s.pos >= s.put_limit && make_room(s) != 0) return EOF;
     *s.pos++ = static_cast<char>(c);
-    bool complete = (s.flags & SF_NOBUF) ||
-                    ((s.flags & SF_LINEBUF) && static_cast<char>(c) == '\n');
+    bool complete =
+        (s.flags & SF_NOBUF) || ((s.flags & SF_LINEBUF) && static_cast<char>(c) == '\n');
     if (complete && flush(s) != 0) return EOF;
     return static_cast<unsigned char>(c);
 }

@@ -29,7 +29,8 @@ void write_diagnostic_pieces(const char *const *pieces, size_t count) {
     if (stream_usable()) {
         StreamLocked guard(standard_error);
         LentBuffer lent(standard_error);
-        while (done < count && write_all(pieces[done], strlen(pieces[done]), standard_error)) ++done;
+        while (done < count && write_all(pieces[done], strlen(pieces[done]), standard_error))
+            ++done;
     }
     for (; done < count; ++done) write_to_handle(pieces[done]);
 }

@@ -1,5 +1,5 @@
-// Lines and strings. Within the buffer a line is found and copied as a block; only its edges go byte
-// by byte.
+// Lines and strings. Within the buffer a line is found and copied as a block; only its edges go
+// byte by byte.
 
 #include "core/constraint.h"
 #include "core/errno.h"
@@ -16,7 +16,7 @@ namespace {
 
 // What a read up to a delimiter came to.
 struct LineRead {
-    size_t length;   // bytes stored, the delimiter included
+    size_t length;  // bytes stored, the delimiter included
     bool delimited; // the delimiter was met
 };
 
@@ -96,7 +96,8 @@ ssize_t get_delimited(Stream &s, char *&block, size_t &capacity, int delimiter) 
 
 // The rest of a line that did not fit is read and dropped.
 void discard_line(Stream &s) {
-    for (int c; (c = get_byte(s)) != EOF && c != '\n';) {}
+    for (int c; (c = get_byte(s)) != EOF && c != '\n';) {
+    }
 }
 
 // Takes the newline off a line that has one. Null when nothing could be read.
@@ -159,16 +160,15 @@ extern "C" int puts(const char *text) {
     if (!text) return fail_with(EINVAL);
     StreamLocked guard(standard_output);
     LentBuffer lent(standard_output);
-    bool done = write_all(text, strlen(text), standard_output) &&
-                put_byte('\n', standard_output) != EOF;
+    bool done =
+        write_all(text, strlen(text), standard_output) && put_byte('\n', standard_output) != EOF;
     return done ? 0 : EOF;
 }
 
 extern "C" ssize_t getdelim(char **line, size_t *capacity, int delimiter, FILE *file) {
     if (!line || !capacity) return fail_with(EINVAL);
-    return with_stream(file, ssize_t(-1), [=](Stream &s) {
-        return get_delimited(s, *line, *capacity, delimiter);
-    });
+    return with_stream(file, ssize_t(-1),
+                       [=](Stream &s) { return get_delimited(s, *line, *capacity, delimiter); });
 }
 
 extern "C" ssize_t getline(char **line, size_t *capacity, FILE *file) {

@@ -47,19 +47,25 @@ private:
     void parse_extras() {
         bool binary = false, update = false;
         for (;;) {
-            if (!binary && take('b')) binary = true;
-            else if (!update && take('+')) update = true;
-            else break;
+            if (!binary && take('b'))
+                binary = true;
+            else if (!update && take('+'))
+                update = true;
+            else
+                break;
         }
         if (binary) flags_ |= SF_BINARY;
         if (update) flags_ |= SF_READ | SF_WRITE;
     }
 
     void skip_spaces() {
-        while (take(' ')) {}
+        while (take(' ')) {
+        }
     }
 
-    static Char upper(Char c) { return c >= 'a' && c <= 'z' ? static_cast<Char>(c - 'a' + 'A') : c; }
+    static Char upper(Char c) {
+        return c >= 'a' && c <= 'z' ? static_cast<Char>(c - 'a' + 'A') : c;
+    }
 
     bool take_word(const char *word) {
         const Char *at = at_;

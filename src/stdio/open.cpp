@@ -26,11 +26,11 @@ int open_flags(uint32_t flags) {
     if (flags & SF_TRUNC) result |= O_TRUNC;
     if (flags & SF_CREATE) result |= O_CREAT;
     if (flags & SF_EXCL) result |= O_EXCL;
-    return result | (flags & SF_BINARY         ? O_BINARY
-                     : flags & SF_CCS_UNICODE  ? O_WTEXT
-                     : flags & SF_CCS_UTF16LE  ? O_U16TEXT
-                     : flags & SF_CCS_UTF8     ? O_U8TEXT
-                                               : O_TEXT);
+    return result | (flags & SF_BINARY        ? O_BINARY
+                     : flags & SF_CCS_UNICODE ? O_WTEXT
+                     : flags & SF_CCS_UTF16LE ? O_U16TEXT
+                     : flags & SF_CCS_UTF8    ? O_U8TEXT
+                                              : O_TEXT);
 }
 
 // The bounds-checked functions open files for themselves alone; with a wide name they do not, which
@@ -53,8 +53,8 @@ bool is_unicode(int fd) {
 }
 
 // Opens into a record from the table. `open` yields the descriptor from the stream flags, -1 if it
-// cannot. A failure closes the record again. Caller holds lock 6 and, for a record that others know,
-// its own lock.
+// cannot. A failure closes the record again. Caller holds lock 6 and, for a record that others
+// know, its own lock.
 template <typename Char, typename Open>
 FILE *open_record(Stream *stream, const Char *mode, uint32_t extra_flags, Open open) {
     if (!stream) return nullptr;
@@ -148,7 +148,8 @@ extern "C" FILE *_wfopen(const wchar_t *path, const wchar_t *mode) {
 extern "C" errno_t fopen_s(FILE *_VEXRT_RESTRICT *result, const char *path, const char *mode) {
     return open_checked(result, path, mode);
 }
-extern "C" errno_t _wfopen_s(FILE *_VEXRT_RESTRICT *result, const wchar_t *path, const wchar_t *mode) {
+extern "C" errno_t _wfopen_s(FILE *_VEXRT_RESTRICT *result, const wchar_t *path,
+                             const wchar_t *mode) {
     return open_checked(result, path, mode);
 }
 
@@ -159,10 +160,12 @@ extern "C" FILE *_wfreopen(const wchar_t *path, const wchar_t *mode, FILE *file)
     return reopen_stream(path, mode, file, 0);
 }
 
-extern "C" errno_t freopen_s(FILE *_VEXRT_RESTRICT *result, const char *path, const char *mode, FILE *file) {
+extern "C" errno_t freopen_s(FILE *_VEXRT_RESTRICT *result, const char *path, const char *mode,
+                             FILE *file) {
     return reopen_checked(result, path, mode, file);
 }
-extern "C" errno_t _wfreopen_s(FILE *_VEXRT_RESTRICT *result, const wchar_t *path, const wchar_t *mode, FILE *file) {
+extern "C" errno_t _wfreopen_s(FILE *_VEXRT_RESTRICT *result, const wchar_t *path,
+                               const wchar_t *mode, FILE *file) {
     return reopen_checked(result, path, mode, file);
 }
 

@@ -1,7 +1,7 @@
 // Positions: where the stream stands as its user sees it, and moving it.
 //
-// The descriptor is ahead of a reader by what is buffered and behind a writer by the same. On a text
-// stream an LF in the buffer stands for two bytes of the file.
+// The descriptor is ahead of a reader by what is buffered and behind a writer by the same. On a
+// text stream an LF in the buffer stands for two bytes of the file.
 
 #include "core/errno.h"
 #include "io/io.h"
@@ -101,8 +101,12 @@ using namespace vexrt;
 
 static_assert(sizeof(fpos_t) == 16);
 
-extern "C" int fseek(FILE *file, long offset, int origin) { return seek_file(file, offset, origin); }
-extern "C" int _fseeko(FILE *file, off_t offset, int origin) { return seek_file(file, offset, origin); }
+extern "C" int fseek(FILE *file, long offset, int origin) {
+    return seek_file(file, offset, origin);
+}
+extern "C" int _fseeko(FILE *file, off_t offset, int origin) {
+    return seek_file(file, offset, origin);
+}
 extern "C" int _fseek64(FILE *file, long long offset, int origin) {
     return seek_file(file, offset, origin);
 }

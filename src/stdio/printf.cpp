@@ -47,8 +47,10 @@ private:
 };
 
 int refuse_argument(bool secure) {
-    if (secure) report_constraint(EINVAL);
-    else set_errno(EINVAL);
+    if (secure)
+        report_constraint(EINVAL);
+    else
+        set_errno(EINVAL);
     return -1;
 }
 

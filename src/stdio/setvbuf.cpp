@@ -8,7 +8,9 @@ namespace vexrt {
 
 namespace {
 
-uint32_t mode_flags(int mode) { return mode == _IOLBF ? SF_LINEBUF : mode == _IONBF ? SF_NOBUF : 0; }
+uint32_t mode_flags(int mode) {
+    return mode == _IOLBF ? SF_LINEBUF : mode == _IONBF ? SF_NOBUF : 0;
+}
 
 int set_buffer(Stream &s, char *buffer, int mode, size_t size) {
     if (mode != _IOFBF && mode != _IOLBF && mode != _IONBF) return -1;

@@ -41,9 +41,9 @@ struct Stream {
     int fd; // -1: none
     char *base, *end;
     char *pos;
-    char *read_end;  // of the valid data
-    char *put_limit; // a byte may be stored while pos is below it
-    char *unget_ptr; // at inline_buf when nothing is pushed back
+    char *read_end;      // of the valid data
+    char *put_limit;     // a byte may be stored while pos is below it
+    char *unget_ptr;     // at inline_buf when nothing is pushed back
     wchar_t *wunget_ptr; // at saved_read_end when nothing is pushed back
     wchar_t wunget_area[2];
     char *saved_read_end; // the real read_end while pushed-back bytes are served

@@ -46,8 +46,10 @@ Stream *allocate_stream(bool custom) {
         void *record = heap_allocate(custom ? sizeof(CustomStream) : sizeof(Stream));
         if (!record) break;
         auto *stream = static_cast<Stream *>(record);
-        if (custom) *static_cast<CustomStream *>(stream) = CustomStream{};
-        else *stream = Stream{};
+        if (custom)
+            *static_cast<CustomStream *>(stream) = CustomStream{};
+        else
+            *stream = Stream{};
         stream->flags = SF_HEAP | (custom ? SF_CUSTOM : 0u);
         stream->index = i;
         stream_table[i] = stream;
@@ -72,8 +74,8 @@ void reset_buffers(Stream &stream) {
 
 namespace {
 
-// A process that is ending may have been stopped in the middle of the heap: its streams are flushed,
-// the records stay.
+// A process that is ending may have been stopped in the middle of the heap: its streams are
+// flushed, the records stay.
 void close_all() {
     if (threading_mode.owners_gone) {
         flush_all();

@@ -8,7 +8,9 @@ extern "C" {
 
 int64_t __divdi3(int64_t dividend, int64_t divisor) { return signed_quotient(dividend, divisor); }
 int64_t __moddi3(int64_t dividend, int64_t divisor) { return signed_remainder(dividend, divisor); }
-uint64_t __udivdi3(uint64_t dividend, uint64_t divisor) { return divide(dividend, divisor).quotient; }
+uint64_t __udivdi3(uint64_t dividend, uint64_t divisor) {
+    return divide(dividend, divisor).quotient;
+}
 uint64_t __umoddi3(uint64_t dividend, uint64_t divisor) {
     return divide(dividend, divisor).remainder;
 }

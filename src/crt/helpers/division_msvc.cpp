@@ -13,4 +13,3 @@ int64_t __stdcall vexrt_alldiv(int64_t a, int64_t b) { return signed_quotient(a,
 int64_t __stdcall vexrt_allrem(int64_t a, int64_t b) { return signed_remainder(a, b); }
 uint64_t __stdcall vexrt_aulldiv(uint64_t a, uint64_t b) { return divide(a, b).quotient; }
 uint64_t __stdcall vexrt_aullrem(uint64_t a, uint64_t b) { return divide(a, b).remainder; }
-

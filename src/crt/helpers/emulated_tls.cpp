@@ -1,6 +1,7 @@
-// Thread-local variables as gcc makes them: every access asks for the variable's address. Each thread
-// has an array of addresses, found through one slot of the system; a variable gets its number on the
-// first access of any thread, and its place in a thread on that thread's first access.
+// Thread-local variables as gcc makes them: every access asks for the variable's address. Each
+// thread has an array of addresses, found through one slot of the system; a variable gets its
+// number on the first access of any thread, and its place in a thread on that thread's first
+// access.
 
 #include "platform/kernel32.h"
 
@@ -16,7 +17,7 @@ void *memcpy(void *to, const void *from, unsigned size);
 
 struct EmulatedVariable {
     unsigned size, alignment;
-    unsigned number; // from 1 on; 0: never accessed
+    unsigned number;     // from 1 on; 0: never accessed
     const void *initial; // null: zero
 };
 
