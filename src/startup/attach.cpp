@@ -27,9 +27,15 @@ __declspec(allocate(".CRT$XCZ")) const TableEntry constructors_end[] = {nullptr}
 __declspec(allocate(".CRT$XTA")) const TableEntry destructors_begin[] = {nullptr};
 __declspec(allocate(".CRT$XTZ")) const TableEntry destructors_end[] = {nullptr};
 
-void run_table(const TableEntry *entry, const TableEntry *end) {
-    for (; entry < end; ++entry)
-        if (TableEntry run = *static_cast<const TableEntry volatile *>(entry)) run();
+// The optimiser must not reason about what lies between two objects.
+const TableEntry *opaque(const TableEntry *entry) {
+    __asm__("" : "+r"(entry));
+    return entry;
+}
+
+void run_table(const TableEntry *begin, const TableEntry *end) {
+    for (const TableEntry *entry = opaque(begin); entry < opaque(end); ++entry)
+        if (*entry) (*entry)();
 }
 
 int attach_count;
