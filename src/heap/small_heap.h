@@ -45,6 +45,7 @@ public:
         Word size = size_of_tag(*header);
         if (Word preceding = header[-1]; !is_in_use(preceding)) {
             bins_.unlink(header - 1, bin_of(preceding));
+            *header = size; // inside a free block now: a second release must not trust it
             size += preceding;
             header -= preceding;
         }
@@ -94,8 +95,8 @@ private:
     void insert(Word *header, Word size);
 
     bool has_sound_tags(const Word *header) const {
-        Word tag = *header, size = size_of_tag(tag);
         if (reinterpret_cast<uintptr_t>(header) % sizeof(Word) != 0) return false;
+        Word tag = *header, size = size_of_tag(tag);
         if (!is_in_use(tag) || size - 1 >= static_cast<Word>(top_ - header)) return false;
         return header[size - 1] == tag;
     }
