@@ -64,6 +64,11 @@ static void refused(void)
             *words[w] = sound;
             CHECK_INT(__heap_validate(NULL), 1);
         }
+    /* An overrun in the free block in front: merging with it would spread the damage. */
+    unsigned footer = second[10];
+    second[10] = 13;
+    CHECK_ERRNO((free(third), 0), 0, EINVAL);
+    second[10] = footer;
     CHECK_INT(__heap_validate((char *)third + 1), 0);
     CHECK_INT(__heap_validate(second), 0);
     CHECK_INT(__heap_validate(third), 1);
