@@ -39,21 +39,30 @@ HANDLE event_of(HANDLE volatile &slot) {
     return expected;
 }
 
-// Returns once the first thread has seen `many_threads`. A thread that has been stopped and whose
-// registers have been read has executed a memory barrier; the cheaper way to force one,
-// FlushProcessWriteBuffers, is not there on every system that has the function.
+// A plain operation takes microseconds. A first thread that is still in one after so many looks
+// (the later ones a millisecond apart) has been stopped there by a fault or a debugger, and the
+// arriving thread may be the one that is to deal with that: it goes on.
+constexpr int quick_looks = 64, all_looks = 5000;
+
+// Stops the first thread for a moment and asks whether it is in a plain operation. A thread that
+// has been stopped and whose registers have been read has executed a memory barrier; the cheaper
+// way to force one, FlushProcessWriteBuffers, is not there on every system that has the function.
+bool is_in_plain_section(HANDLE thread) {
+    if (SuspendThread(thread) == static_cast<DWORD>(-1)) return false; // it has ended
+    CONTEXT context{};
+    context.ContextFlags = CONTEXT_CONTROL;
+    bool result = !GetThreadContext(thread, &context) || threading_mode.plain_section;
+    ResumeThread(thread);
+    return result;
+}
+
+// Returns once the first thread has seen `many_threads`.
 void wait_for_first_thread() {
     constexpr DWORD access = THREAD_SUSPEND_RESUME | THREAD_GET_CONTEXT;
     HANDLE thread = OpenThread(access, false, threading_mode.first_thread);
     if (!thread) return; // it has ended, and with it any section it was in
-    for (bool busy = true; busy;) {
-        if (SuspendThread(thread) == static_cast<DWORD>(-1)) break;
-        CONTEXT context{};
-        context.ContextFlags = CONTEXT_CONTROL;
-        busy = !GetThreadContext(thread, &context) || threading_mode.plain_section;
-        ResumeThread(thread);
-        if (busy) Sleep(0);
-    }
+    for (int look = 0; look < all_looks && is_in_plain_section(thread); ++look)
+        Sleep(look < quick_looks ? 0 : 1);
     CloseHandle(thread);
 }
 

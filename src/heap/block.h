@@ -24,6 +24,7 @@ inline Word size_of_tag(Word tag) { return tag & ~in_use_bit; }
 inline bool is_in_use(Word tag) { return tag & in_use_bit; }
 
 inline Word *footer_of(Word *header, Word size) { return header + size - 1; }
+inline const Word *footer_of(const Word *header, Word size) { return header + size - 1; }
 
 inline void write_tags(Word *header, Word size, Word mark) {
     *header = size | mark;

@@ -42,13 +42,16 @@ public:
     [[gnu::always_inline]] bool release(void *user) {
         Word *header = header_of(user);
         if (!has_sound_tags(header)) return false;
-        Word size = size_of_tag(*header);
-        if (Word preceding = header[-1]; !is_in_use(preceding)) {
+        Word size = size_of_tag(*header), preceding = header[-1], following = header[size];
+        if (!is_in_use(following) && !is_free_block(header + size, following)) return false;
+        if (!is_in_use(preceding)) {
+            if (!is_free_block(header - preceding, preceding)) return false;
             bins_.unlink(header - 1, bin_of(preceding));
+            *header = size; // inside a free block now: a second release must not trust it
             size += preceding;
             header -= preceding;
         }
-        join_lists(header, size);
+        join_lists(header, size, following);
         return true;
     }
 
@@ -83,9 +86,9 @@ private:
     }
 
     // Lists a released block. A free block behind it merges with it and keeps its node.
-    [[gnu::always_inline]] void join_lists(Word *header, Word size) {
-        Word following = header[size], merged = size + following;
+    [[gnu::always_inline]] void join_lists(Word *header, Word size, Word following) {
         if (is_in_use(following)) return insert(header, size);
+        Word merged = size + following;
         unsigned bin = bin_of(merged);
         bins_.resize(footer_of(header, merged), following, merged);
         if (bin != bin_of(following)) last_grown_bin_ = bin;
@@ -94,10 +97,18 @@ private:
     void insert(Word *header, Word size);
 
     bool has_sound_tags(const Word *header) const {
-        Word tag = *header, size = size_of_tag(tag);
         if (reinterpret_cast<uintptr_t>(header) % sizeof(Word) != 0) return false;
+        Word tag = *header, size = size_of_tag(tag);
         if (!is_in_use(tag) || size - 1 >= static_cast<Word>(top_ - header)) return false;
         return header[size - 1] == tag;
+    }
+
+    // Whether a neighbour whose tag on this side says that it is free says so on the other side,
+    // too.
+    bool is_free_block(const Word *header, Word size) const {
+        if (header <= bottom_ || size >= static_cast<Word>(top_ - bottom_)) return false;
+        return *header == size && (footer_of(header, size) < top_) &&
+               *footer_of(header, size) == size;
     }
 
     void shorten(Word *header, Word size, Word words);
