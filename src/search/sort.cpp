@@ -70,6 +70,8 @@ private:
         return mid;
     }
 
+    // An element not less than the first one stops behind it at the latest; a comparator that
+    // contradicts itself must not lead out of the range.
     void insertion_sort(char *first, size_t count) const {
         if (count == 0) return;
         const Sortable<Elements, Context> sortable = sortable_;
@@ -79,7 +81,7 @@ private:
             if (sortable.compare(next, first) < 0)
                 place = first;
             else
-                while (sortable.compare(next, place - sortable.size()) < 0)
+                while (place != first && sortable.compare(next, place - sortable.size()) < 0)
                     place -= sortable.size();
             if (place != next) sortable.elements.move_to_front(place, next);
         }
