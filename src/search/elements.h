@@ -21,7 +21,7 @@ struct ValueElements {
         at(b) = value;
     }
 
-    // a goes to c's place, c to b's, b to a's.
+    // a goes to c's place, c to b's, b to a's; b and c may be the same.
     static void rotate(char *a, char *b, char *c) {
         Value value = at(b);
         at(b) = at(c);

@@ -6,8 +6,7 @@
 // the interface. How elements are moved is chosen once a call by their size.
 
 #include "core/constraint.h"
-#include "search/comparator.h"
-#include "search/elements.h"
+#include "search/partition.h"
 
 #include <stdint.h>
 #include <stdlib.h>
@@ -19,17 +18,18 @@ namespace {
 constexpr size_t insertion_limit = 32; // elements
 constexpr size_t median_of_nine_distance = 40;
 
-template <typename Elements>
+template <typename Elements, typename Context>
 class Sort {
 public:
-    Sort(Elements elements, Comparator comparator, void *context)
-        : elements_(elements), comparator_(comparator), context_(context) {}
+    Sort(Elements elements, Comparator comparator, Context context)
+        : sortable_{elements, comparator, context} {}
 
     // Recurses on the smaller part only, so the depth is at most the logarithm of `count`.
     void run(char *first, size_t count, size_t budget) const {
         while (count > insertion_limit && budget > 0) {
             char *end = first + count * size();
-            Run equal = partition(first, end);
+            char *pivot = choose_pivot(first, end);
+            EqualRun equal = Partition<Elements, Context>(sortable_, first, end, pivot).run();
             budget = budget / 2 + budget / 2 / 2;
             size_t less = static_cast<size_t>(equal.first - first) / size();
             size_t greater = static_cast<size_t>(end - equal.end) / size();
@@ -49,112 +49,41 @@ public:
     }
 
 private:
-    // Elements that all compare equal to the pivot.
-    struct Run {
-        char *first, *end;
-    };
-
-    size_t size() const { return elements_.size; }
+    size_t size() const { return sortable_.size(); }
     int compare(const char *left, const char *right) const {
-        return comparator_(left, right, context_);
+        return sortable_.compare(left, right);
     }
-    void swap(char *a, char *b) const { elements_.swap(a, b); }
-
-    bool swap_if_less(char *b, char *a) const {
-        if (compare(b, a) >= 0) return false;
-        swap(b, a);
-        return true;
-    }
-
-    // Sorts three elements; without a second exchange the first two are in order already.
-    void sort_three(char *a, char *b, char *c) const {
-        swap_if_less(b, a);
-        if (swap_if_less(c, b)) swap_if_less(b, a);
-    }
+    void swap(char *a, char *b) const { sortable_.swap(a, b); }
 
     char *choose_pivot(char *first, char *end) const {
         size_t distance = static_cast<size_t>(end - first) / size() - 1;
         char *mid = first + (distance + 1) / 2 * size(), *last = end - size();
         if (distance > median_of_nine_distance) {
             size_t step = (distance / 8 + 1) * size();
-            sort_three(first, first + step, first + 2 * step);
-            sort_three(mid - step, mid, mid + step);
-            sort_three(last - 2 * step, last - step, last);
-            sort_three(first + step, mid, last - step);
+            sortable_.sort_three(first, first + step, first + 2 * step);
+            sortable_.sort_three(mid - step, mid, mid + step);
+            sortable_.sort_three(last - 2 * step, last - step, last);
+            sortable_.sort_three(first + step, mid, last - step);
         } else {
-            sort_three(first, mid, last);
+            sortable_.sort_three(first, mid, last);
         }
         return mid;
     }
 
-    Run partition(char *first, char *end) const {
-        char *pivot = choose_pivot(first, end);
-        Run run = {pivot, pivot + size()};
-        while (run.first > first && compare(run.first - size(), pivot) == 0) run.first -= size();
-        while (run.end < end && compare(run.end, pivot) == 0) run.end += size();
-        // Behind the run, up to `upper`, lie greater elements; before it, from `lower` on, lesser.
-        char *lower = run.first, *upper = run.end;
-        for (;;) {
-            upper = pass_greater(run, upper, end);
-            lower = pass_less(run, lower, first);
-            if (lower == first && upper == end) return run;
-            if (lower == first) { // the run moves up by one
-                if (run.end == upper)
-                    swap(run.first, upper);
-                else
-                    elements_.rotate(run.first, upper, run.end);
-                run.first += size();
-                run.end += size();
-                upper += size();
-            } else if (upper == end) { // the run moves down by one
-                lower -= size();
-                run.first -= size();
-                run.end -= size();
-                if (run.first == lower)
-                    swap(lower, run.end);
-                else
-                    elements_.rotate(run.end, lower, run.first);
-            } else {
-                lower -= size();
-                swap(upper, lower);
-                upper += size();
-            }
-        }
-    }
-
-    char *pass_greater(Run &run, char *upper, char *end) const {
-        for (; upper < end; upper += size()) {
-            int order = compare(upper, run.first);
-            if (order < 0) break;
-            if (order > 0) continue;
-            if (run.end != upper) swap(run.end, upper);
-            run.end += size();
-        }
-        return upper;
-    }
-
-    char *pass_less(Run &run, char *lower, char *first) const {
-        for (; lower > first; lower -= size()) {
-            char *element = lower - size();
-            int order = compare(element, run.first);
-            if (order > 0) break;
-            if (order < 0) continue;
-            run.first -= size();
-            if (run.first != element) swap(run.first, element);
-        }
-        return lower;
-    }
-
+    // An element not less than the first one stops behind it at the latest; a comparator that
+    // contradicts itself must not lead out of the range.
     void insertion_sort(char *first, size_t count) const {
         if (count == 0) return;
-        char *end = first + count * size();
-        for (char *next = first + size(); next < end; next += size()) {
+        const Sortable<Elements, Context> sortable = sortable_;
+        char *const end = first + count * sortable.size();
+        for (char *next = first + sortable.size(); next != end; next += sortable.size()) {
             char *place = next;
-            if (compare(next, first) < 0)
+            if (sortable.compare(next, first) < 0)
                 place = first;
             else
-                while (compare(next, place - size()) < 0) place -= size();
-            if (place != next) elements_.move_to_front(place, next);
+                while (place != first && sortable.compare(next, place - sortable.size()) < 0)
+                    place -= sortable.size();
+            if (place != next) sortable.elements.move_to_front(place, next);
         }
     }
 
@@ -184,18 +113,18 @@ private:
         }
     }
 
-    Elements elements_;
-    Comparator comparator_;
-    void *context_;
+    Sortable<Elements, Context> sortable_;
 };
 
-template <typename Elements>
-void sort(Elements elements, void *base, size_t count, Comparator comparator, void *context) {
-    Sort<Elements>(elements, comparator, context).run(static_cast<char *>(base), count, count);
+template <typename Elements, typename Context>
+void sort(Elements elements, void *base, size_t count, Comparator comparator, Context context) {
+    Sort<Elements, Context>(elements, comparator, context)
+        .run(static_cast<char *>(base), count, count);
 }
 
 // Elements of no size are all the same object: there is nothing to order.
-void sort_by_size(void *base, size_t count, size_t size, Comparator comparator, void *context) {
+template <typename Context>
+void sort_by_size(void *base, size_t count, size_t size, Comparator comparator, Context context) {
     using Vector = float __attribute__((vector_size(16)));
     switch (size) {
     case 0: return;
@@ -215,7 +144,7 @@ using namespace vexrt;
 extern "C" {
 
 void qsort(void *base, size_t nmemb, size_t size, int (*compar)(const void *, const void *)) {
-    sort_by_size(base, nmemb, size, with_context(compar), nullptr);
+    sort_by_size(base, nmemb, size, with_context(compar), NoContext());
 }
 
 errno_t qsort_s(void *base, rsize_t nmemb, rsize_t size,

@@ -190,6 +190,28 @@ static void hostile_input(void)
     CHECK(calls < due);
 }
 
+/* A comparator without an order: whatever comes out, it is the same elements. */
+static int compare_at_random(const void *a, const void *b) { return (int)random_below(3) - 1; }
+static int compare_always_less(const void *a, const void *b) { return ++calls % 40 == 1 ? 1 : -1; }
+
+static void no_order(void)
+{
+    enum { PAGES = 2, MOST = PAGES * GUARD_PAGE / sizeof(short) };
+    short *numbers = (short *)guard_pages(PAGES);
+    static int (*const comparators[])(const void *, const void *) = {compare_at_random,
+                                                                     compare_always_less};
+    for (int c = 0; c < 2; ++c)
+        for (int round = 0; round < 50; ++round) {
+            static char seen[MOST];
+            int wrong = 0;
+            memset(seen, 0, sizeof seen);
+            for (int i = 0; i < MOST; ++i) numbers[i] = (short)i;
+            qsort(numbers, round % 2 ? MOST : 32, sizeof(short), comparators[c]);
+            for (int i = 0; i < MOST; ++i) wrong += seen[numbers[i] & (MOST - 1)]++;
+            CHECK_INT(wrong, 0);
+        }
+}
+
 /* ---- qsort_s ---- */
 
 static int flip = -1;
@@ -244,6 +266,7 @@ int main(void)
     every_size();
     comparison_counts();
     hostile_input();
+    no_order();
     checked_form();
     return check_done();
 }
