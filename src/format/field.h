@@ -1,29 +1,13 @@
-// One conversion directive, and the field that it makes.
+// The field that a conversion makes, and how it is put together.
 #pragma once
 
 #include "format/digits.h"
+#include "format/directive.h"
 #include "format/output.h"
 
 #include <stdint.h>
 
 namespace vexrt {
-
-enum Flag : uint16_t {
-    flag_space = 0x01,
-    flag_plus = 0x02,
-    flag_left = 0x04,
-    flag_alternate = 0x08,
-    flag_zero = 0x10,
-};
-
-// What stands between '%' and the conversion letter.
-struct Directive {
-    unsigned flags;
-    unsigned width;
-    int precision;   // -1: none was given
-    unsigned length; // the length letter; 'b' for hh, 'q' for ll and I64; 0: none
-    bool bare;       // no flags, width or precision
-};
 
 // A field is written as: blanks, prefix, leading zeros, body, middle zeros, tail, trailing zeros,
 // blanks. The body is a text, behind which the tail stands in memory, or the digits of a number.

@@ -18,24 +18,7 @@ constexpr wchar_t wide_null_text[] = L"(null)";
 inline const char *null_text_of(char) { return null_text; }
 inline const wchar_t *null_text_of(wchar_t) { return wide_null_text; }
 
-constexpr unsigned value_limit = 0x7FFFFFFF; // of a width or precision that is spelt out
-constexpr size_t no_limit = 0x7FFFFFFF;      // of the length of a text
-
-unsigned flag_of(unsigned c) {
-    switch (c) {
-    case ' ': return flag_space;
-    case '+': return flag_plus;
-    case '-': return flag_left;
-    case '#': return flag_alternate;
-    case '0': return flag_zero;
-    default: return 0;
-    }
-}
-
-inline bool is_digit(unsigned c) { return c - '0' < 10; }
-
-inline unsigned code_of(char c) { return static_cast<unsigned char>(c); }
-inline unsigned code_of(wchar_t c) { return c; }
+constexpr size_t no_limit = 0x7FFFFFFF; // of the length of a text
 
 // The length of a string of which at most `limit` characters may be read.
 inline size_t bounded_length(const char *text, size_t limit) {
@@ -73,7 +56,11 @@ struct Literal {
 // Reads a format that is one character after the other.
 template <typename Char>
 inline Literal scan_plain(const Char *text) {
-    if (*text == '%') return {0, 1};
+    // Most literals are short; to guess that is quicker than to find it out.
+    for (unsigned length = 0; length < 2; ++length) {
+        if (text[length] == '%') return {length, 1};
+        if (text[length] == '\0') return {length, 0};
+    }
     size_t length = literal_length(text);
     return {length, text[length] == '%'};
 }
@@ -110,26 +97,39 @@ private:
 } // namespace
 
 template <typename Char>
-int Formatter<Char>::run() {
-    if (!format_) {
+int Formatter<Char>::run(const Char *format) {
+    if (!format) {
         set_errno(EINVAL);
         return -1;
     }
     Literals literals{Char()};
     for (;;) {
-        Literal literal = literals.next(format_);
-        if (literal.length && !output_.put(format_, literal.length)) return -1;
+        Literal literal = literals.next(format);
+        if (literal.length && !output_.put(format, literal.length)) return -1;
         if (!literal.marker_length) return output_.count();
-        format_ += literal.length + literal.marker_length;
-        if (!convert()) return -1;
+        format = read_directive(format + literal.length + literal.marker_length);
+        // A '%' at the end of the format stands for itself.
+        unsigned letter = *format ? code_of(*format++) : '%';
+        if (!convert(letter)) return -1;
     }
 }
 
+// Returns the place of the conversion letter. The place is not kept in this object: the next
+// literal can then be looked at before everything about this conversion has been stored.
 template <typename Char>
-bool Formatter<Char>::convert() {
-    read_directive();
-    unsigned letter = code_of(*format_);
-    if (letter) ++format_;
+inline const Char *Formatter<Char>::read_directive(const Char *at) {
+    if (!role_of(code_of(*at))) {
+        directive_ = {0, 0, -1, 0, true};
+        return at;
+    }
+    DirectiveReader<Char> reader(at, arguments_);
+    directive_ = reader.read();
+    arguments_ = reader.arguments();
+    return reader.rest();
+}
+
+template <typename Char>
+bool Formatter<Char>::convert(unsigned letter) {
     switch (letter) {
     case 'd':
     case 'i': return convert_signed();
@@ -142,8 +142,6 @@ bool Formatter<Char>::convert() {
     case 'c': return is_own_text() ? convert_character() : convert_other_character();
     case 's': return is_own_text() ? convert_string() : convert_other_string();
     case 'n': return store_count();
-    // A '%' at the end of a format stands for itself.
-    case '\0':
     case '%': directive_.width = 0; return put_character('%');
     // Floating conversions are not made yet. Their argument is passed over, so that those behind it
     // are found, and the letter is output like any other that is no conversion.
@@ -159,85 +157,6 @@ bool Formatter<Char>::convert() {
     }
 }
 
-// ---- directives ----
-
-template <typename Char>
-void Formatter<Char>::read_directive() {
-    // All flags and digits, '.' and '*' are below letters.
-    directive_ = {0, 0, -1, 0, code_of(*format_) > '9'};
-    if (!directive_.bare) {
-        read_flags();
-        read_width();
-        read_precision();
-    }
-    directive_.length = read_length();
-}
-
-template <typename Char>
-void Formatter<Char>::read_flags() {
-    while (unsigned flag = flag_of(code_of(*format_))) {
-        directive_.flags |= flag;
-        ++format_;
-    }
-}
-
-template <typename Char>
-void Formatter<Char>::read_width() {
-    if (!skip('*')) {
-        directive_.width = read_number();
-        return;
-    }
-    unsigned width = next_word();
-    if (static_cast<int>(width) < 0) {
-        directive_.flags |= flag_left;
-        width = 0 - width;
-    }
-    directive_.width = width;
-}
-
-template <typename Char>
-void Formatter<Char>::read_precision() {
-    if (!skip('.')) return;
-    int precision = static_cast<int>(skip('*') ? next_word() : read_number());
-    directive_.precision = precision < 0 ? -1 : precision;
-}
-
-// Digits, none of them 0. What is too large becomes the limit.
-template <typename Char>
-unsigned Formatter<Char>::read_number() {
-    unsigned number = 0;
-    for (unsigned c; is_digit(c = code_of(*format_)); ++format_) {
-        unsigned digit = c - '0';
-        number = number > (value_limit - digit) / 10 ? value_limit : number * 10 + digit;
-    }
-    return number;
-}
-
-template <typename Char>
-unsigned Formatter<Char>::read_length() {
-    unsigned c = code_of(*format_);
-    switch (c) {
-    case 'h': ++format_; return skip('h') ? 'b' : 'h';
-    case 'l': ++format_; return skip('l') ? 'q' : 'l';
-    case 'j':
-    case 't':
-    case 'z':
-    case 'L': ++format_; return c;
-    case 'I':
-        if (format_[1] != '6' || format_[2] != '4') return 0;
-        format_ += 3;
-        return 'q';
-    default: return 0;
-    }
-}
-
-template <typename Char>
-bool Formatter<Char>::skip(char letter) {
-    if (*format_ != static_cast<Char>(letter)) return false;
-    ++format_;
-    return true;
-}
-
 // ---- integers ----
 
 // The differences between next_signed and next_unsigned in 'z' and 't' are kept on purpose: a 'z'
@@ -245,6 +164,7 @@ bool Formatter<Char>::skip(char letter) {
 template <typename Char>
 uint64_t Formatter<Char>::next_signed() {
     auto extend = [](auto value) { return static_cast<uint64_t>(static_cast<int64_t>(value)); };
+    if (!directive_.length) return extend(static_cast<int32_t>(next_word()));
     switch (directive_.length) {
     case 'q':
     case 'j': return va_arg(arguments_, uint64_t);
@@ -257,6 +177,7 @@ uint64_t Formatter<Char>::next_signed() {
 
 template <typename Char>
 uint64_t Formatter<Char>::next_unsigned() {
+    if (!directive_.length) return next_word();
     switch (directive_.length) {
     case 'b': return static_cast<uint8_t>(next_word());
     case 'h': return static_cast<uint16_t>(next_word());

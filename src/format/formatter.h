@@ -27,24 +27,17 @@ struct OtherText<wchar_t> {
 template <typename Char>
 class Formatter {
 public:
-    Formatter(Output<Char> &output, const Char *format, va_list arguments, bool secure)
-        : output_(output), format_(format), arguments_(arguments), secure_(secure) {}
+    Formatter(Output<Char> &output, va_list arguments, bool secure)
+        : output_(output), arguments_(arguments), secure_(secure) {}
 
     // The number of characters, or -1.
-    int run();
+    int run(const Char *format);
 
 private:
     using Other = typename OtherText<Char>::Type;
 
-    bool convert();
-
-    void read_directive();
-    void read_flags();
-    void read_width();
-    void read_precision();
-    unsigned read_length();
-    unsigned read_number();
-    bool skip(char letter);
+    const Char *read_directive(const Char *at);
+    bool convert(unsigned letter);
 
     uint32_t next_word() { return va_arg(arguments_, uint32_t); }
     uint64_t next_signed();
@@ -74,7 +67,6 @@ private:
     bool violation();
 
     Output<Char> &output_;
-    const Char *format_;
     va_list arguments_;
     bool secure_;
     Directive directive_;
@@ -82,7 +74,7 @@ private:
 
 template <typename Char>
 int format_to(Output<Char> &output, const Char *format, va_list arguments, bool secure) {
-    return Formatter<Char>(output, format, arguments, secure).run();
+    return Formatter<Char>(output, arguments, secure).run(format);
 }
 
 extern template class Formatter<char>;

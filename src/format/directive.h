@@ -1,0 +1,120 @@
+// What stands between '%' and the conversion letter.
+#pragma once
+
+#include <stdarg.h>
+#include <stdint.h>
+
+namespace vexrt {
+
+enum Flag : uint16_t {
+    flag_space = 0x01,
+    flag_plus = 0x02,
+    flag_left = 0x04,
+    flag_alternate = 0x08,
+    flag_zero = 0x10,
+};
+
+struct Directive {
+    unsigned flags;
+    unsigned width;
+    int precision;   // -1: none was given
+    unsigned length; // the length letter; 'b' for hh, 'q' for ll and I64; 0: none
+    bool bare;       // nothing but the conversion letter
+};
+
+inline unsigned code_of(char c) { return static_cast<unsigned char>(c); }
+inline unsigned code_of(wchar_t c) { return c; }
+
+// What a character of a directive is: a flag (its bit), or another one that may stand in front of
+// the conversion letter.
+constexpr unsigned other_modifier = 0x80;
+
+struct Roles {
+    uint8_t of[128];
+    constexpr Roles() : of{} {
+        for (const char *c = "*.123456789hlIjtzL"; *c; ++c)
+            of[static_cast<int>(*c)] = other_modifier;
+        of[' '] = flag_space;
+        of['+'] = flag_plus;
+        of['-'] = flag_left;
+        of['#'] = flag_alternate;
+        of['0'] = flag_zero;
+    }
+};
+inline constexpr Roles roles;
+
+inline unsigned role_of(unsigned c) { return c < 128 ? roles.of[c] : 0; }
+
+template <typename Char>
+class DirectiveReader {
+public:
+    DirectiveReader(const Char *at, va_list arguments) : at_(at), arguments_(arguments) {}
+
+    Directive read() {
+        Directive directive = {0, 0, -1, 0, false};
+        for (unsigned flag; (flag = role_of(code_of(*at_)) & ~other_modifier); ++at_)
+            directive.flags |= flag;
+        read_width(directive);
+        read_precision(directive);
+        directive.length = read_length();
+        return directive;
+    }
+
+    const Char *rest() const { return at_; }
+    va_list arguments() const { return arguments_; }
+
+private:
+    static constexpr unsigned value_limit = 0x7FFFFFFF; // of a number that is spelt out
+
+    void read_width(Directive &directive) {
+        if (!skip('*')) {
+            directive.width = read_number();
+            return;
+        }
+        int width = va_arg(arguments_, int);
+        if (width < 0) directive.flags |= flag_left;
+        directive.width = width < 0 ? 0u - static_cast<unsigned>(width) : width;
+    }
+
+    void read_precision(Directive &directive) {
+        if (!skip('.')) return;
+        int precision = skip('*') ? va_arg(arguments_, int) : static_cast<int>(read_number());
+        directive.precision = precision < 0 ? -1 : precision;
+    }
+
+    // Digits, none of them 0. What is too large becomes the limit.
+    unsigned read_number() {
+        unsigned number = 0;
+        for (unsigned digit; (digit = code_of(*at_) - '0') < 10; ++at_)
+            number = number > (value_limit - digit) / 10 ? value_limit : number * 10 + digit;
+        return number;
+    }
+
+    unsigned read_length() {
+        unsigned c = code_of(*at_);
+        switch (c) {
+        case 'h': ++at_; return skip('h') ? 'b' : 'h';
+        case 'l': ++at_; return skip('l') ? 'q' : 'l';
+        case 'j':
+        case 't':
+        case 'z':
+        case 'L': ++at_; return c;
+        case 'I':
+            if (at_[1] != '6' || at_[2] != '4') return 0;
+            at_ += 3;
+            return 'q';
+        default: return 0;
+        }
+    }
+
+    bool skip(char c) {
+        if (*at_ != static_cast<Char>(c)) return false;
+        ++at_;
+        return true;
+    }
+
+    const Char *at_;
+    va_list arguments_;
+};
+
+} // namespace vexrt
