@@ -8,9 +8,6 @@ volatile unsigned descriptor_count;
 
 namespace {
 
-constexpr DWORD standard_handles[] = {STD_INPUT_HANDLE, STD_OUTPUT_HANDLE, STD_ERROR_HANDLE};
-constexpr int standard_count = 3;
-
 const HANDLE handle_none = INVALID_HANDLE_VALUE;
 const HANDLE handle_no_console = reinterpret_cast<HANDLE>(-2); // a process without standard streams
 
@@ -65,7 +62,7 @@ int set_handle(int fd, HANDLE handle) {
     Descriptor &descriptor = descriptor_at(static_cast<unsigned>(fd));
     if (descriptor.osfhandle != handle_none && descriptor.osfhandle != handle_no_console)
         return fail_with(EBADF);
-    if (fd < standard_count) SetStdHandle(standard_handles[fd], handle);
+    if (fd < static_cast<int>(standard_count)) SetStdHandle(standard_handles[fd], handle);
     descriptor.osfhandle = handle;
     return 0;
 }
@@ -73,7 +70,7 @@ int set_handle(int fd, HANDLE handle) {
 int free_handle(int fd) {
     Descriptor *descriptor = open_descriptor(fd);
     if (!descriptor || descriptor->osfhandle == handle_none) return fail_with(EBADF);
-    if (fd < standard_count) SetStdHandle(standard_handles[fd], nullptr);
+    if (fd < static_cast<int>(standard_count)) SetStdHandle(standard_handles[fd], nullptr);
     descriptor->osfhandle = handle_none;
     return 0;
 }

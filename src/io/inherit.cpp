@@ -14,10 +14,6 @@ HANDLE standard_error_at_start = INVALID_HANDLE_VALUE;
 
 namespace {
 
-constexpr unsigned standard_count = 3;
-constexpr DWORD standard_handles[standard_count] = {STD_INPUT_HANDLE, STD_OUTPUT_HANDLE,
-                                                    STD_ERROR_HANDLE};
-
 constexpr unsigned bytes_per_entry = sizeof(BYTE) + sizeof(HANDLE);
 
 // The parts of a block. Handles need not lie aligned.

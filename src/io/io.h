@@ -53,6 +53,11 @@ constexpr unsigned descriptors_per_block = 1 << descriptor_block_shift;
 constexpr unsigned descriptor_block_limit = 128;
 constexpr unsigned descriptor_limit = descriptor_block_limit * descriptors_per_block;
 
+// The process's standard handles, by descriptor.
+constexpr unsigned standard_count = 3;
+constexpr DWORD standard_handles[standard_count] = {STD_INPUT_HANDLE, STD_OUTPUT_HANDLE,
+                                                    STD_ERROR_HANDLE};
+
 extern Descriptor *descriptor_blocks[descriptor_block_limit];
 extern volatile unsigned descriptor_count; // those with a block; a multiple of the block size
 
