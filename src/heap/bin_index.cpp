@@ -117,10 +117,11 @@ bool BinIndex::make_room() {
         nodes_ = reinterpret_cast<Word **>(memory + sizes);
         capacity_ = capacity;
     }
+    if (!old.sizes_) return true;
     count_ = 0;
     for (Word from = 0; from < old.count_; ++from)
         if (old.sizes_[from] != 0) put(count_++, old.nodes_[from]);
-    if (old.sizes_ && old.sizes_ != sizes_) system_release(old.sizes_);
+    if (old.sizes_ != sizes_) system_release(old.sizes_);
     return true;
 }
 

@@ -3,9 +3,10 @@
 // First fit means: of the blocks that are large enough, the one nearest to the head of the list.
 // New nodes become the head, so that is the one that joined last. The index keeps the sizes of a
 // bin's blocks in the order in which they joined, close together in one array, where sixteen bytes
-// at a time are compared; the list itself would have to be followed from block to block. A block
-// that leaves has its size set to zero; the array is squeezed when it is full. Each block holds its
-// position in the word before its list pointers.
+// at a time are compared; the list itself would have to be followed from block to block. A second
+// array holds a bound for each chunk of 64 sizes, raised at once and lowered when a search has
+// found it too high. A block that leaves has its size set to zero; the arrays are squeezed when
+// they are full. Each block holds its position in the word before its list pointers.
 //
 // An index is made when a walk has turned out long and needs memory of the system's tier. Where it
 // has none, or finds that a program has written into a free block, it gives itself up; the list is

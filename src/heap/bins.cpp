@@ -11,6 +11,36 @@ bool can_be_indexed(unsigned bin) { return bin != 0 && bin != last_bin; }
 
 } // namespace
 
+void Bins::insert(Word *node, unsigned bin) {
+    if (Word *head = heads[bin]) {
+        Word *last = previous_node(head);
+        next_node(node) = head;
+        previous_node(node) = last;
+        next_node(last) = node;
+        previous_node(head) = node;
+    } else {
+        next_node(node) = node;
+        previous_node(node) = node;
+        if (bin < lowest) lowest = bin;
+    }
+    heads[bin] = node;
+    if (__builtin_expect(indexed, false)) index_add(node, bin);
+}
+
+void Bins::unlink(Word *node, unsigned bin) {
+    Word *next = next_node(node);
+    if (next == node) {
+        heads[bin] = nullptr;
+        while (lowest < last_bin && !heads[lowest]) ++lowest;
+    } else {
+        Word *previous = previous_node(node);
+        next_node(previous) = next;
+        previous_node(next) = previous;
+        if (heads[bin] == node) heads[bin] = next;
+    }
+    if (__builtin_expect(indexed, false)) index_remove(node, bin);
+}
+
 void Bins::index_add(Word *node, unsigned bin) {
     if (indexes[bin].is_active()) indexes[bin].add(node);
 }

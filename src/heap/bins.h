@@ -22,36 +22,8 @@ struct Bins {
     bool indexed;           // whether any bin has an index
     BinIndex indexes[bin_count];
 
-    // The new node becomes the head.
-    void insert(Word *node, unsigned bin) {
-        if (Word *head = heads[bin]) {
-            Word *last = previous_node(head);
-            next_node(node) = head;
-            previous_node(node) = last;
-            next_node(last) = node;
-            previous_node(head) = node;
-        } else {
-            next_node(node) = node;
-            previous_node(node) = node;
-            if (bin < lowest) lowest = bin;
-        }
-        heads[bin] = node;
-        if (__builtin_expect(indexed, false)) index_add(node, bin);
-    }
-
-    void unlink(Word *node, unsigned bin) {
-        Word *next = next_node(node);
-        if (next == node) {
-            heads[bin] = nullptr;
-            while (lowest < last_bin && !heads[lowest]) ++lowest;
-        } else {
-            Word *previous = previous_node(node);
-            next_node(previous) = next;
-            previous_node(next) = previous;
-            if (heads[bin] == node) heads[bin] = next;
-        }
-        if (__builtin_expect(indexed, false)) index_remove(node, bin);
-    }
+    void insert(Word *node, unsigned bin); // as the new head
+    void unlink(Word *node, unsigned bin);
 
     // Gives a block another size, by words in front of it: its node stays, and stays in its place
     // in the list when the bin is the same.

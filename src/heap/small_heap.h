@@ -115,7 +115,7 @@ private:
     void extend(Word *header, Word size, Word shortfall);
 
     Word *grow(Word words);
-    char *commit(Word bytes);
+    char *commit(Word words);
     void extend_newest(Word words);
     void add_segment(Word *range, Word words);
 

@@ -27,6 +27,7 @@ bool SmallHeap::bin_is_valid(unsigned bin) const {
     const BinIndex &index = bins_.indexes[bin];
     auto most = static_cast<Word>(top_ - bottom_) / minimum_block;
     Word *node = head;
+    Word count = 0;
     do {
         Word size = *node;
         if (is_in_use(size) || size < minimum_block || bin_of(size) != bin) return false;
@@ -37,8 +38,8 @@ bool SmallHeap::bin_is_valid(unsigned bin) const {
         if (previous_node(next) != node || next_node(previous) != node) return false;
         if (index.is_active() && !index.holds(node)) return false;
         node = next;
-    } while (node != head && --most);
-    return node == head;
+    } while (node != head && ++count < most);
+    return node == head && (!index.is_active() || index.live() == count + 1);
 }
 
 bool SmallHeap::segment_is_valid(Segment *segment) const {

@@ -138,6 +138,45 @@ static void placement(void)
     free(e);
 }
 
+/*
+ * The same with a list that is long enough for the heap to keep an index of it: 300 blocks of 33 to 64
+ * words, released and taken again at random, and each time the newest that is large enough comes.
+ */
+static void long_list(void)
+{
+    enum { COUNT = 300 };
+    static char *blocks[COUNT], *barriers[COUNT];
+    static unsigned words[COUNT], order[COUNT]; /* order: those that are free, the newest last */
+    unsigned seed = 5, free_count = 0, wrong = 0;
+    for (unsigned i = 0; i < COUNT; ++i) {
+        words[i] = 33 + (seed = seed * 1664525u + 1013904223u) / 7919 % 32;
+        blocks[i] = malloc((words[i] - 2) * 4);
+        barriers[i] = malloc(4);
+    }
+    for (unsigned step = 0; step < 20000; ++step) {
+        seed = seed * 1664525u + 1013904223u;
+        unsigned pick = (seed >> 8) % COUNT, at = 0;
+        while (at < free_count && order[at] != pick) ++at;
+        if (at == free_count) {
+            free(blocks[pick]);
+            order[free_count++] = pick;
+            continue;
+        }
+        at = free_count;
+        do --at;
+        while (words[order[at]] < words[pick]);
+        if (malloc((words[pick] - 2) * 4) != blocks[order[at]]) ++wrong;
+        memmove(order + at, order + at + 1, (--free_count - at) * sizeof *order);
+    }
+    CHECK_INT(wrong, 0);
+    CHECK_INT(__heap_validate(NULL), 1);
+    for (unsigned i = 0; i < COUNT; ++i) {
+        free(blocks[i]); /* EINVAL for those that are free already */
+        free(barriers[i]);
+    }
+    CHECK_INT(__heap_validate(NULL), 1);
+}
+
 /* What would be left over as fewer than four words goes with the block. */
 static void whole_block(void)
 {
@@ -239,6 +278,7 @@ int main(void)
     freed_twice();
     freed_twice_after_merging();
     placement();
+    long_list();
     whole_block();
     resized_in_place();
     between_tiers();

@@ -54,8 +54,27 @@ static unsigned long __stdcall worker(void *argument)
 
 CHILD_IMPORT int __stdcall GetExitCodeThread(void *thread, unsigned long *status);
 
-int main(void)
+/* The first thread is at the heap at full speed when the process gets its second one. */
+static int arrival(void)
 {
+    unsigned long wrong = 1;
+    void *thread = CreateThread(NULL, 0, worker, (void *)1, 0, NULL);
+    CHECK_INT(worker((void *)2), 0);
+    CHECK_INT(WaitForSingleObject(thread, 20000), 0);
+    CHECK(GetExitCodeThread(thread, &wrong));
+    CHECK_INT(wrong, 0);
+    CHECK_INT(__heap_validate(NULL), 1);
+    return check_done();
+}
+
+int main(int argc, char **argv)
+{
+    if (argc > 1) return arrival();
+    for (int i = 0; i < 10; ++i) {
+        struct child child = child_run("arrival", NULL);
+        CHECK_INT(child.status, 0);
+        if (child.status != 0) printf("%s", child.output);
+    }
     for (int round = 0; round < 5; ++round) {
         void *threads[THREADS];
         for (size_t i = 0; i < THREADS; ++i)
