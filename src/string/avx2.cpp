@@ -5,7 +5,7 @@
 #include <stddef.h>
 #include <stdint.h>
 
-#pragma clang attribute push(__attribute__((target("avx2,bmi"))), apply_to = function)
+#pragma clang attribute push(__attribute__((target("avx2"))), apply_to = function)
 
 #include "string/kernel_set.h"
 #include "string/sse2_vector.h"
