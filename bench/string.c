@@ -6,9 +6,14 @@
 #include <string.h>
 #include <wchar.h>
 
+#ifndef _WIN32
+#include <strings.h>
+#define _stricmp strcasecmp
+#endif
+
 #define MOST 65536
 
-static char text[MOST + 64], other[MOST + 64], target[2 * MOST + 64];
+static char text[MOST + 64], other[MOST + 64], upper_text[MOST + 64], target[2 * MOST + 64];
 static wchar_t wide_text[MOST + 64], wide_other[MOST + 64], wide_target[MOST + 64];
 
 /* Sizes and contents the compiler must not know. */
@@ -29,8 +34,9 @@ static void prepare(size_t n)
 {
     size_t i;
     for (i = 0; i < n; ++i) text[i] = other[i] = (char)('a' + i * 7 % 23);
+    for (i = 0; i < n; ++i) upper_text[i] = (char)(i % 8 ? text[i] : text[i] - 'a' + 'A');
     for (i = 0; i < n; ++i) wide_text[i] = wide_other[i] = (wchar_t)('a' + i * 7 % 23);
-    text[n] = other[n] = '\0';
+    text[n] = other[n] = upper_text[n] = '\0';
     wide_text[n] = wide_other[n] = 0;
     target[0] = '\0';
     hidden_size = n;
@@ -47,6 +53,20 @@ static void memory(size_t n)
     TIME("memcmp", memcmp(text, other, n));
 }
 
+/* What no cache holds. */
+static void large_memory(void)
+{
+    const size_t n = (size_t)16 << 20;
+    char *from = calloc(n, 1), *to = calloc(n, 1);
+    if (from && to) {
+        memset(from, 1, n);
+        TIME("memcpy", memcpy(to, from, n));
+        TIME("memset", memset(to, hidden_character, n));
+    }
+    free(from);
+    free(to);
+}
+
 static void strings(size_t n)
 {
     int c = hidden_character;
@@ -54,6 +74,7 @@ static void strings(size_t n)
     TIME("strchr", strchr(text, c));
     TIME("strrchr", strrchr(text, c));
     TIME("strcmp", strcmp(text, other));
+    TIME("stricmp", _stricmp(text, upper_text));
     TIME("strncmp", strncmp(text, other, n));
     TIME("strcpy", strcpy(target, text));
     TIME("strncpy", strncpy(target, text, n));
@@ -90,5 +111,6 @@ int main(void)
         strings(hidden_size);
         wide_strings(hidden_size);
     }
+    large_memory();
     return 0;
 }

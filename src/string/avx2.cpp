@@ -5,7 +5,7 @@
 #include <stddef.h>
 #include <stdint.h>
 
-#pragma clang attribute push(__attribute__((target("avx2,bmi"))), apply_to = function)
+#pragma clang attribute push(__attribute__((target("avx2"))), apply_to = function)
 
 #include "string/kernel_set.h"
 #include "string/sse2_vector.h"
@@ -33,6 +33,10 @@ struct Avx2 {
     static void store_aligned(void *to, Block block) {
         _mm256_store_si256(static_cast<Block *>(to), block);
     }
+    static void stream(void *to, Block block) {
+        _mm256_stream_si256(static_cast<Block *>(to), block);
+    }
+    static void fence() { _mm_sfence(); }
     static Block broadcast(char c) { return _mm256_set1_epi8(c); }
     static Block broadcast(wchar_t c) { return _mm256_set1_epi16(static_cast<short>(c)); }
     template <typename Char>
@@ -41,6 +45,13 @@ struct Avx2 {
             return _mm256_cmpeq_epi8(left, right);
         else
             return _mm256_cmpeq_epi16(left, right);
+    }
+    template <typename Char>
+    static Block greater(Block left, Block right) {
+        if constexpr (is_narrow<Char>)
+            return _mm256_cmpgt_epi8(left, right);
+        else
+            return _mm256_cmpgt_epi16(left, right);
     }
     static uint32_t mask(Block block) { return static_cast<uint32_t>(_mm256_movemask_epi8(block)); }
 

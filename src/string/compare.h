@@ -71,22 +71,53 @@ int compare(const Char *left, const Char *right, size_t count) {
     return at < count ? difference(left[at], right[at]) : 0;
 }
 
+// What is made of characters before they are compared: nothing, or lower case of A to Z alone.
+template <typename Vector>
+struct AsTheyAre {
+    template <typename Char>
+    static auto block_at(const char *from) {
+        return Vector::load(from);
+    }
+    template <typename Char>
+    static Char character(Char c) {
+        return c;
+    }
+};
+
+template <typename Vector>
+struct LowerCase {
+    template <typename Char>
+    static auto block_at(const char *from) {
+        auto block = Vector::load(from);
+        auto from_a = Vector::template greater<Char>(block, Vector::broadcast(Char('A' - 1)));
+        auto to_z = Vector::template greater<Char>(Vector::broadcast(Char('Z' + 1)), block);
+        return block | (from_a & to_z & Vector::broadcast(Char('a' - 'A')));
+    }
+    template <typename Char>
+    static Char character(Char c) {
+        return c >= 'A' && c <= 'Z' ? static_cast<Char>(c + ('a' - 'A')) : c;
+    }
+};
+
 // Compares two strings character by character; the result, or 0 after `count` equal ones, which
 // `ended` then tells from an end.
-template <typename Char>
+template <typename Folding, typename Char>
 int compare_plainly(const Char *left, const Char *right, size_t count, bool &ended) {
     ended = true;
-    for (; count; ++left, ++right, --count)
-        if (*left != *right || !*left) return difference(*left, *right);
+    for (; count; ++left, ++right, --count) {
+        int order = difference(Folding::character(*left), Folding::character(*right));
+        if (order || !*left) return order;
+    }
     ended = false;
     return 0;
 }
 
 // Where two strings differ or both end: nothing left of `equal & left` in that element.
-template <typename Vector, typename Char>
+template <typename Vector, typename Folding, typename Char>
 auto stops(const char *left, const char *right) {
-    auto block = Vector::load(left);
-    auto kept = Vector::template equal<Char>(block, Vector::load(right)) & block;
+    auto block = Folding::template block_at<Char>(left);
+    auto kept =
+        Vector::template equal<Char>(block, Folding::template block_at<Char>(right)) & block;
     return Vector::template equal<Char>(kept, Vector::broadcast(Char(0)));
 }
 
@@ -94,7 +125,7 @@ auto stops(const char *left, const char *right) {
 // What is then left before the next page begins is less than a block: it is read as a whole block
 // that ends there and goes back over what has been compared; right at the front, where there is
 // nothing to go back over, character by character.
-template <typename Vector, typename Char>
+template <typename Vector, typename Folding, typename Char>
 struct StringPair {
     const char *left, *right;
     size_t remaining;   // bytes that may still be compared
@@ -116,7 +147,8 @@ struct StringPair {
     }
 
     int result_at(ptrdiff_t offset) const {
-        return difference(*character_at<Char>(left + offset), *character_at<Char>(right + offset));
+        return difference(Folding::character(*character_at<Char>(left + offset)),
+                          Folding::character(*character_at<Char>(right + offset)));
     }
 
     // Blocks within this page pair. True when the comparison is over, with its result.
@@ -128,7 +160,7 @@ struct StringPair {
                 begun = true;
             }
             if (room < width) break;
-            if (uint32_t mask = Vector::mask(stops<Vector, Char>(left, right))) {
+            if (uint32_t mask = Vector::mask(stops<Vector, Folding, Char>(left, right))) {
                 unsigned offset = lowest_bit(mask);
                 result = offset < remaining ? result_at(offset) : 0;
                 return true;
@@ -144,10 +176,10 @@ struct StringPair {
     }
 
     bool group_stops() const {
-        auto first =
-            stops<Vector, Char>(left, right) | stops<Vector, Char>(left + width, right + width);
-        auto second = stops<Vector, Char>(left + 2 * width, right + 2 * width) |
-                      stops<Vector, Char>(left + 3 * width, right + 3 * width);
+        auto first = stops<Vector, Folding, Char>(left, right) |
+                     stops<Vector, Folding, Char>(left + width, right + width);
+        auto second = stops<Vector, Folding, Char>(left + 2 * width, right + 2 * width) |
+                      stops<Vector, Folding, Char>(left + 3 * width, right + 3 * width);
         return Vector::mask(first | second) != 0;
     }
 
@@ -156,12 +188,13 @@ struct StringPair {
         size_t size = room < remaining ? room : remaining;
         if (!begun) {
             bool ended;
-            result = compare_plainly(character_at<Char>(left), character_at<Char>(right),
-                                     size / sizeof(Char), ended);
+            result = compare_plainly<Folding>(character_at<Char>(left), character_at<Char>(right),
+                                              size / sizeof(Char), ended);
             if (ended) return true;
         } else {
             ptrdiff_t back = static_cast<ptrdiff_t>(width - room);
-            if (uint32_t mask = Vector::mask(stops<Vector, Char>(left - back, right - back))) {
+            if (uint32_t mask =
+                    Vector::mask(stops<Vector, Folding, Char>(left - back, right - back))) {
                 ptrdiff_t offset = static_cast<ptrdiff_t>(lowest_bit(mask)) - back;
                 result = offset < static_cast<ptrdiff_t>(size) ? result_at(offset) : 0;
                 return true;
@@ -173,16 +206,16 @@ struct StringPair {
     }
 };
 
-template <typename Vector, typename Char>
+template <typename Vector, typename Folding, typename Char>
 __attribute__((always_inline)) inline int compare_up_to(const Char *left, const Char *right,
                                                         size_t limit) {
     if (splits_characters(left) || splits_characters(right)) {
         bool ended;
-        return compare_plainly(left, right, limit, ended);
+        return compare_plainly<Folding>(left, right, limit, ended);
     }
     if (limit == 0) return 0;
     size_t bytes = limit > SIZE_MAX / sizeof(Char) ? SIZE_MAX - 1 : limit * sizeof(Char);
-    StringPair<Vector, Char> pair{bytes_of(left), bytes_of(right), bytes};
+    StringPair<Vector, Folding, Char> pair{bytes_of(left), bytes_of(right), bytes};
     for (int result;;) {
         size_t room = pair.room();
         if (pair.compare_page(room, result)) return result;
@@ -192,12 +225,17 @@ __attribute__((always_inline)) inline int compare_up_to(const Char *left, const 
 
 template <typename Vector, typename Char>
 int compare_strings_bounded(const Char *left, const Char *right, size_t limit) {
-    return compare_up_to<Vector>(left, right, limit);
+    return compare_up_to<Vector, AsTheyAre<Vector>>(left, right, limit);
 }
 
 template <typename Vector, typename Char>
 int compare_strings(const Char *left, const Char *right) {
-    return compare_up_to<Vector>(left, right, SIZE_MAX);
+    return compare_up_to<Vector, AsTheyAre<Vector>>(left, right, SIZE_MAX);
+}
+
+template <typename Vector, typename Char>
+int compare_ignoring_case(const Char *left, const Char *right, size_t limit) {
+    return compare_up_to<Vector, LowerCase<Vector>>(left, right, limit);
 }
 
 } // namespace

@@ -22,6 +22,7 @@ constexpr StringKernels<Char> string_kernels_of = {
     .compare = compare<Vector, Char>,
     .compare_strings = compare_strings<Vector, Char>,
     .compare_strings_bounded = compare_strings_bounded<Vector, Char>,
+    .compare_ignoring_case = compare_ignoring_case<Vector, Char>,
     .copy_string = copy_string<Vector, Char>,
     .copy_string_bounded = copy_string_bounded<Vector, Char>,
     .fill = fill<Vector, Char>,

@@ -20,6 +20,8 @@ struct StringKernels {
     int (*compare)(const Char *left, const Char *right, size_t count);
     int (*compare_strings)(const Char *left, const Char *right);
     int (*compare_strings_bounded)(const Char *left, const Char *right, size_t limit);
+    // As if A to Z, and no other letters, were lower case.
+    int (*compare_ignoring_case)(const Char *left, const Char *right, size_t limit);
     Char *(*copy_string)(Char *to, const Char *from); // returns `to`
     // Copies `limit` characters at most, the terminator among them if it is. Returns the length.
     size_t (*copy_string_bounded)(Char *to, const Char *from, size_t limit);

@@ -2,6 +2,7 @@
 
 #include "core/thread_record.h"
 #include "locale/locale_record.h"
+#include "string/kernels.h"
 
 #include <stdint.h>
 #include <string.h>
@@ -11,6 +12,18 @@
 namespace vexrt {
 
 namespace {
+
+// Whether the thread's locale has no letters but A to Z, as the "C" locale: kernels know those.
+template <typename Char>
+bool plain_letters_only();
+template <>
+bool plain_letters_only<char>() {
+    return thread_record().locale->lower_case == c_lower_case.zero();
+}
+template <>
+bool plain_letters_only<wchar_t>() {
+    return thread_record().locale->wide_mappings == c_wide_mappings;
+}
 
 // The case mappings of the thread's locale, looked up once a call.
 template <typename Char>
@@ -49,6 +62,13 @@ int compare_ignoring_case(const Char *left, const Char *right, size_t count) {
     return 0;
 }
 
+template <typename Char>
+int compare_strings_ignoring_case(const Char *left, const Char *right, size_t count) {
+    if (plain_letters_only<Char>())
+        return string_kernels<Char>().compare_ignoring_case(left, right, count);
+    return compare_ignoring_case<Stop::at_terminator>(left, right, count);
+}
+
 template <typename Mapping, typename Char>
 Char *turn(Char *string) {
     const Mapping mapping;
@@ -70,17 +90,17 @@ int _memicmp(const void *s1, const void *s2, size_t n) {
 }
 
 int _stricmp(const char *s1, const char *s2) {
-    return compare_ignoring_case<Stop::at_terminator>(s1, s2, SIZE_MAX);
+    return compare_strings_ignoring_case(s1, s2, SIZE_MAX);
 }
 int _wcsicmp(const wchar_t *s1, const wchar_t *s2) {
-    return compare_ignoring_case<Stop::at_terminator>(s1, s2, SIZE_MAX);
+    return compare_strings_ignoring_case(s1, s2, SIZE_MAX);
 }
 
 int _strnicmp(const char *s1, const char *s2, size_t n) {
-    return compare_ignoring_case<Stop::at_terminator>(s1, s2, n);
+    return compare_strings_ignoring_case(s1, s2, n);
 }
 int _wcsnicmp(const wchar_t *s1, const wchar_t *s2, size_t n) {
-    return compare_ignoring_case<Stop::at_terminator>(s1, s2, n);
+    return compare_strings_ignoring_case(s1, s2, n);
 }
 
 char *_strlwr(char *s) { return turn<Lower<char>>(s); }

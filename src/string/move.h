@@ -56,14 +56,39 @@ void move_below_block(char *to, const char *from, size_t size) {
 }
 
 template <typename Vector>
+void store_cached(char *to, typename Vector::Block block) {
+    Vector::store_aligned(to, block);
+}
+
+template <typename Vector>
+void store_past_caches(char *to, typename Vector::Block block) {
+    Vector::stream(to, block);
+}
+
+template <typename Vector, void (*store)(char *, typename Vector::Block) = store_cached<Vector>>
 void move_group(char *to, const char *from) {
     constexpr size_t width = Vector::width;
     auto a = Vector::load(from), b = Vector::load(from + width);
     auto c = Vector::load(from + 2 * width), d = Vector::load(from + 3 * width);
-    Vector::store_aligned(to, a);
-    Vector::store_aligned(to + width, b);
-    Vector::store_aligned(to + 2 * width, c);
-    Vector::store_aligned(to + 3 * width, d);
+    store(to, a);
+    store(to + width, b);
+    store(to + 2 * width, c);
+    store(to + 3 * width, d);
+}
+
+// Areas that no cache holds twice: there is no use in fetching the target before it is overwritten.
+constexpr size_t beyond_caches = size_t(8) << 20;
+
+template <typename Vector>
+size_t move_groups_past_caches(char *to, const char *from, size_t at, size_t size) {
+    constexpr size_t group = 4 * Vector::width, ahead = 512; // bytes
+    for (; size - at >= group; at += group) {
+        for (size_t line = 0; line < group; line += 64)
+            __builtin_prefetch(from + at + ahead + line);
+        move_group<Vector, store_past_caches<Vector>>(to + at, from + at);
+    }
+    Vector::fence();
+    return at;
 }
 
 template <typename Vector>
@@ -71,6 +96,7 @@ void move_up(char *to, const char *from, size_t size) {
     constexpr size_t width = Vector::width;
     auto head = Vector::load(from), tail = Vector::load(from + size - width);
     size_t at = width - address_of(to) % width;
+    if (size >= beyond_caches) at = move_groups_past_caches<Vector>(to, from, at, size);
     for (; size - at >= 4 * width; at += 4 * width) move_group<Vector>(to + at, from + at);
     for (; size - at > width; at += width) Vector::store_aligned(to + at, Vector::load(from + at));
     Vector::store(to, head);
@@ -110,28 +136,26 @@ void *move(void *target, const void *source, size_t size) {
     return target;
 }
 
+// Front and end, which may overlap.
 template <typename Vector, typename Char>
-void fill_below_block(Char *to, Char value, size_t count) {
+void fill_below_block(Char *characters, Char value, size_t count) {
+    auto block = Vector::broadcast(value);
+    char *to = reinterpret_cast<char *>(characters), *end = to + count * sizeof(Char);
+    size_t size = count * sizeof(Char);
     if constexpr (Vector::width > 16) {
-        constexpr size_t half = Vector::width / 2 / sizeof(Char);
-        if (count >= half) {
-            auto block = Vector::Half::broadcast(value);
-            Vector::Half::store(to, block);
-            Vector::Half::store(to + count - half, block);
-            return;
-        }
+        using Half = typename Vector::Half;
+        if (size < Half::width) return fill_below_block<Half>(characters, value, count);
+        Half::store(to, Half::broadcast(value));
+        Half::store(end - Half::width, Half::broadcast(value));
+    } else if (size >= 8) {
+        Vector::store_half(to, block);
+        Vector::store_half(end - 8, block);
+    } else if (size >= 4) {
+        Vector::store_word(to, block);
+        Vector::store_word(end - 4, block);
+    } else {
+        for (; count; --count) *characters++ = value;
     }
-    using Unsigned = typename UnsignedOf<Char>::Type;
-    uint32_t pattern = static_cast<Unsigned>(value) * (is_narrow<Char> ? 0x01010101u : 0x10001u);
-    constexpr size_t unit = sizeof(uint32_t) / sizeof(Char);
-    if (count >= unit) {
-        using Piece = AnyAddress<uint32_t>::Type;
-        for (size_t at = 0; at < count - unit; at += unit)
-            *reinterpret_cast<Piece *>(to + at) = pattern;
-        *reinterpret_cast<Piece *>(to + count - unit) = pattern;
-        return;
-    }
-    for (; count; --count) *to++ = value;
 }
 
 // The blocks at the two ends are stored unaligned, so that every size above a block is covered.

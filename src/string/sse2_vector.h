@@ -29,9 +29,16 @@ struct Sse2 {
         return _mm_unpacklo_epi32(_mm_loadu_si32(low), _mm_loadu_si32(high));
     }
     static void store(void *to, Block block) { _mm_storeu_si128(static_cast<Block *>(to), block); }
+    static void store_half(void *to, Block block) {
+        _mm_storel_epi64(static_cast<Block *>(to), block);
+    }
+    static void store_word(void *to, Block block) { _mm_storeu_si32(to, block); }
     static void store_aligned(void *to, Block block) {
         _mm_store_si128(static_cast<Block *>(to), block);
     }
+    // Stores past the caches, in no order with other stores before a fence.
+    static void stream(void *to, Block block) { _mm_stream_si128(static_cast<Block *>(to), block); }
+    static void fence() { _mm_sfence(); }
     static Block broadcast(char c) { return _mm_set1_epi8(c); }
     static Block broadcast(wchar_t c) { return _mm_set1_epi16(static_cast<short>(c)); }
     template <typename Char>
@@ -40,6 +47,13 @@ struct Sse2 {
             return _mm_cmpeq_epi8(left, right);
         else
             return _mm_cmpeq_epi16(left, right);
+    }
+    template <typename Char>
+    static Block greater(Block left, Block right) {
+        if constexpr (is_narrow<Char>)
+            return _mm_cmpgt_epi8(left, right);
+        else
+            return _mm_cmpgt_epi16(left, right);
     }
     static uint32_t mask(Block block) { return static_cast<uint32_t>(_mm_movemask_epi8(block)); }
 };

@@ -4,9 +4,11 @@
 //
 // A `Vector` is a processor's block of bytes:
 //   Block, width       the type, and its size in bytes
-//   load, load_aligned, store
+//   load, load_aligned, store, store_aligned
+//   stream, fence      stores past the caches
 //   broadcast(c)       c in every element
 //   equal<Char>(a, b)  all ones in the elements that are equal
+//   greater<Char>(a, b) likewise where a is greater as a signed number
 //   mask(block)        the top bit of every byte
 //   contained(block, set) all ones in the bytes that are in the set, where `has_contained`
 //

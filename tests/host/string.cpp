@@ -83,6 +83,11 @@ int order(Char left, Char right) {
 }
 
 template <typename Char>
+Char lower(Char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<Char>(c + 32) : c;
+}
+
+template <typename Char>
 long index_of(const Char *base, const Char *found) {
     return found ? static_cast<long>(found - base) : -1;
 }
@@ -162,20 +167,31 @@ struct Tests {
         fill_random(left, count, 8);
         left[count] = 0;
         memcpy(right, left, (count + 1) * sizeof(Char));
-        // The strings differ in up to two places, or one ends early.
+        // The strings differ in up to two places, in the case of letters (or what is beside them),
+        // or one ends early.
+        if (random_below(2))
+            for (size_t i = 0; i < count; ++i) {
+                right[i] = static_cast<Char>("@AZ["[random_below(4)]);
+                left[i] = static_cast<Char>(
+                    right[i] + (lower(right[i]) != right[i] || !random_below(40)) * 32);
+            }
         for (unsigned changes = random_below(3); changes && count; --changes)
             right[random_below(static_cast<unsigned>(count))] = character<Char>(random_below(8));
         if (count && random_below(4) == 0) left[random_below(static_cast<unsigned>(count))] = 0;
         size_t limit = random_below(static_cast<unsigned>(count) + 3);
         if (random_below(4) == 0) limit = SIZE_MAX;
-        int memory = 0, strings = 0, bounded = 0;
+        int memory = 0, strings = 0, bounded = 0, folded = 0;
         for (size_t i = 0; i < count && !memory; ++i) memory = order(left[i], right[i]);
         for (size_t i = 0;; ++i) {
             strings = order(left[i], right[i]);
             if (i < limit) bounded = strings;
             if (strings || !left[i]) break;
         }
-        int got = sign(k.compare(left, right, count));
+        for (size_t i = 0; i < limit && !folded && (!i || left[i - 1]); ++i)
+            folded = order(lower(left[i]), lower(right[i]));
+        int got = sign(k.compare_ignoring_case(left, right, limit));
+        check(got == folded, "compare_ignoring_case", got, folded, limit, count);
+        got = sign(k.compare(left, right, count));
         check(got == memory, "compare", got, memory, 0, count);
         got = sign(k.compare_strings(left, right));
         check(got == strings, "compare_strings", got, strings, 0, count);
@@ -310,9 +326,27 @@ void hard_haystacks(const vexrt::StringKernels<Char> &kernels) {
     }
 }
 
+// Sizes at which the caches are passed by, apart and overlapping either way.
+void large_moves(const vexrt::Kernels &all) {
+    constexpr size_t largest = (8u << 20) + 1000;
+    static char area[3 * largest], due[3 * largest];
+    static const size_t targets[] = {3, largest - 1000, largest + 2, largest + 50, 2 * largest - 1};
+    for (size_t to : targets)
+        for (size_t size = largest - 1; size >= largest - 2000; size -= 333) {
+            size_t from = largest + 1;
+            for (size_t i = 0; i < sizeof area; ++i) area[i] = static_cast<char>(i * 31 >> 5);
+            memcpy(due, area, sizeof area);
+            memmove(due + to, due + from, size);
+            all.move(area + to, area + from, size);
+            bool same = memcmp(area, due, sizeof area) == 0;
+            check(same, "large move", same, 1, to, size);
+        }
+}
+
 void run_all(const char *name, const vexrt::Kernels &all) {
     run<char>(name, all, all.narrow);
     run<wchar_t>(name, all, all.wide);
+    large_moves(all);
     hard_haystacks(all.narrow);
     hard_haystacks(all.wide);
 }
