@@ -267,6 +267,9 @@ void clearerr(FILE *stream);
    to standard error. */
 void perror(const char *s);
 
+/* The same with a wide prefix, written as multibyte characters. */
+void _wperror(const wchar_t *s);
+
 _VEXRT_END
 
 #endif

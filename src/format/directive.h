@@ -19,7 +19,7 @@ struct Directive {
     unsigned width;
     int precision;   // -1: none was given
     unsigned length; // the length letter; 'b' for hh, 'q' for ll and I64; 0: none
-    bool bare;       // nothing but the conversion letter
+    bool bare;       // no flags, width or precision
 };
 
 inline unsigned code_of(char c) { return static_cast<unsigned char>(c); }
@@ -50,14 +50,16 @@ class DirectiveReader {
 public:
     DirectiveReader(const Char *at, va_list arguments) : at_(at), arguments_(arguments) {}
 
-    Directive read() {
-        Directive directive = {0, 0, -1, 0, false};
+    // Fills it in place: a copy made at once would wait for the parts just written.
+    void read(Directive &directive) {
+        directive = {0, 0, -1, 0, false};
+        const Char *start = at_;
         for (unsigned flag; (flag = role_of(code_of(*at_)) & ~other_modifier); ++at_)
             directive.flags |= flag;
         read_width(directive);
         read_precision(directive);
+        directive.bare = at_ == start;
         directive.length = read_length();
-        return directive;
     }
 
     const Char *rest() const { return at_; }

@@ -74,14 +74,14 @@ struct Checked {
 };
 
 template <typename Char, typename Writer>
-inline bool write_run(Writer &writer, const Chunk<Char> &chunk, uint64_t count) {
+inline bool write_run(Writer &writer, const Chunk<Char> &chunk, unsigned count) {
     for (; count > chunk_length; count -= chunk_length)
         if (!writer.put(chunk.of, chunk_length)) return false;
-    return !count || writer.put(chunk.of, static_cast<size_t>(count));
+    return !count || writer.put(chunk.of, count);
 }
 
 template <typename Char, typename Writer>
-inline bool write_field(Writer writer, const Field<Char> &field, uint64_t before, uint64_t after) {
+inline bool write_field(Writer writer, const Field<Char> &field, unsigned before, unsigned after) {
     bool ok = write_run(writer, blanks<Char>, before) &&
               (!field.prefix_length || writer.put(field.prefix, field.prefix_length)) &&
               write_run(writer, zeros<Char>, field.leading_zeros) &&
@@ -96,9 +96,10 @@ inline bool write_field(Writer writer, const Field<Char> &field, uint64_t before
 template <typename Char>
 bool put_field(Output<Char> &output, const Field<Char> &field, const Directive &directive) {
     uint64_t length = field.length();
-    uint64_t padding = length < directive.width ? directive.width - length : 0;
+    unsigned padding =
+        length < directive.width ? directive.width - static_cast<unsigned>(length) : 0;
     bool left = directive.flags & flag_left;
-    uint64_t before = left ? 0 : padding, after = left ? padding : 0;
+    unsigned before = left ? 0 : padding, after = left ? padding : 0;
     if (Char *to = output.reserve(length + padding))
         return write_field(Place<Char>{to}, field, before, after);
     return write_field(Checked<Char>{output}, field, before, after);

@@ -123,7 +123,7 @@ inline const Char *Formatter<Char>::read_directive(const Char *at) {
         return at;
     }
     DirectiveReader<Char> reader(at, arguments_);
-    directive_ = reader.read();
+    reader.read(directive_);
     arguments_ = reader.arguments();
     return reader.rest();
 }
@@ -238,7 +238,7 @@ inline bool Formatter<Char>::put_bare_number(uint64_t magnitude, unsigned letter
     return true;
 }
 
-// The digits become the body. Precision and the `0` flag become leading zeros. `#` gives an octal
+// The digits become the body. Precision and the `0` flag ask for leading zeros. `#` gives an octal
 // number a zero in front, but deliberately not to the empty text that zero is at precision 0.
 template <typename Char>
 bool Formatter<Char>::put_number(Field<Char> &field, uint64_t magnitude, unsigned letter) {
@@ -250,13 +250,14 @@ bool Formatter<Char>::put_number(Field<Char> &field, uint64_t magnitude, unsigne
     }
     field.number = magnitude;
     field.number_letter = letter;
-    field.body_length = length;
-    if (precision >= 0) {
-        if (length < static_cast<unsigned>(precision)) field.leading_zeros = precision - length;
-    } else if ((directive_.flags & (flag_zero | flag_left)) == flag_zero) {
-        length += field.prefix_length;
-        if (length < directive_.width) field.leading_zeros = directive_.width - length;
-    }
+    unsigned due = 0; // digits, with leading zeros
+    if (precision >= 0)
+        due = static_cast<unsigned>(precision);
+    else if ((directive_.flags & (flag_zero | flag_left)) == flag_zero)
+        due = directive_.width > field.prefix_length ? directive_.width - field.prefix_length : 0;
+    // A few zeros are written with the digits.
+    field.body_length = due > length && due <= digit_room ? due : length;
+    field.leading_zeros = due > digit_room ? due - length : 0;
     return put_field(output_, field, directive_);
 }
 

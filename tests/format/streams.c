@@ -153,6 +153,24 @@ static int print_something(void)
     return 0;
 }
 
+/* The prefix is any length, and is written as the locale has it. */
+static int report_errors(void)
+{
+    errno = ENOENT;
+    _wperror(L"caf\xE9");
+    _wperror(L"");
+    _wperror(NULL);
+    return errno != ENOENT;
+}
+
+static void test_error_reports(void)
+{
+    struct child child = child_run("errors", NULL);
+    CHECK_INT(child.status, 0);
+    CHECK_STR(child.error, "caf\xE9: No such file or directory\r\nNo such file or directory\r\n"
+                           "No such file or directory\r\n");
+}
+
 static void test_standard_output(void)
 {
     struct child child = child_run("print", NULL);
@@ -164,11 +182,12 @@ static void test_standard_output(void)
 
 int main(int argc, char **argv)
 {
-    if (argc > 1) return print_something();
+    if (argc > 1) return strcmp(argv[1], "errors") ? print_something() : report_errors();
     test_output();
     test_count();
     test_failures();
     test_violations();
     test_standard_output();
+    test_error_reports();
     return check_done();
 }
