@@ -238,6 +238,16 @@ inline bool Formatter<Char>::put_bare_number(uint64_t magnitude, unsigned letter
     return true;
 }
 
+// Prefix and digits alone. False: they do not fit the output as it is.
+template <typename Char>
+inline bool Formatter<Char>::put_unpadded(const Field<Char> &field) {
+    Char *to = output_.reserve(field.prefix_length + field.body_length);
+    if (!to) return false;
+    for (unsigned i = 0; i < field.prefix_length; ++i) *to++ = field.prefix[i];
+    write_digits(to, field.body_length, field.number, field.number_letter);
+    return true;
+}
+
 // The digits become the body. Precision and the `0` flag ask for leading zeros. `#` gives an octal
 // number a zero in front, but deliberately not to the empty text that zero is at precision 0.
 template <typename Char>
@@ -256,8 +266,12 @@ bool Formatter<Char>::put_number(Field<Char> &field, uint64_t magnitude, unsigne
     else if ((directive_.flags & (flag_zero | flag_left)) == flag_zero)
         due = directive_.width > field.prefix_length ? directive_.width - field.prefix_length : 0;
     // A few zeros are written with the digits.
-    field.body_length = due > length && due <= digit_room ? due : length;
-    field.leading_zeros = due > digit_room ? due - length : 0;
+    if (due > length && due <= digit_room) length = due;
+    field.body_length = length;
+    if (due > length)
+        field.leading_zeros = due - length;
+    else if (field.prefix_length + length >= directive_.width && put_unpadded(field))
+        return true;
     return put_field(output_, field, directive_);
 }
 

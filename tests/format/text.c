@@ -41,6 +41,7 @@ static void test_own_strings(void)
     NARROW("", "%.s", "hello");
     NARROW("hello", "%.*s", -2, "hello");
     NARROW("abc", "%.3s", open_ended);
+    NARROW("hello", "%.2147483647s", "hello");
     NARROW("(null)", "%s", (char *)0);
     NARROW("(nu", "%.3s", (char *)0);
     NARROW("  (null)", "%8s", (char *)0);
@@ -49,6 +50,7 @@ static void test_own_strings(void)
     WIDE(L"  hello", L"%7ls", L"hello");
     WIDE(L"hello  |", L"%-7ls|", L"hello");
     WIDE(L"abc", L"%.3ls", wide_open_ended);
+    WIDE(L"hello", L"%.2147483647ls", L"hello");
     WIDE(L"(null)", L"%ls", (wchar_t *)0);
     WIDE(L"\x20AC\xD83D\xDE00", L"\x20AC%ls", L"\xD83D\xDE00");
 }
