@@ -1,14 +1,14 @@
 // The formatted output engine, narrow and wide.
 //
-// It copies the literal text of a format to an output and, for each '%', reads the directive, fetches
-// the argument and puts a field into the output. All state is in the Formatter and the output; no
-// stream or buffer is known here. The two engines differ in how they read literals (the narrow one
-// decodes multibyte characters, except where a byte is a character) and in which of %s and %ls they
-// copy and which they convert.
+// It copies the literal text of a format to an output and, for each '%', reads the directive,
+// fetches the argument and puts a field into the output. All state is in the Formatter and the
+// output; no stream or buffer is known here. The two engines differ in how they read literals (the
+// narrow one decodes multibyte characters, except where a byte is a character) and in which of %s
+// and %ls they copy and which they convert.
 //
-// A field is described by counts (field.h) and written in one go. Where it fits the output, nothing is
-// checked in between, and digits are written where they belong; else piece by piece. Numbers without
-// padding go without a field.
+// A field is described by counts (field.h) and written in one go. Where it fits the output, nothing
+// is checked in between, and digits are written where they belong; else piece by piece. Numbers
+// without padding go without a field.
 #pragma once
 
 #include "format/field.h"
