@@ -160,6 +160,18 @@ void *aligned_alloc(size_t alignment, size_t size);
  */
 void free(void *ptr);
 
+/* ---- Integers ---- */
+
+/* The absolute value; the most negative number stays as it is. */
+int abs(int j);
+long labs(long j);
+long long llabs(long long j);
+
+/* Quotient, truncated toward zero, and remainder. Division by zero traps. */
+div_t div(int numer, int denom);
+ldiv_t ldiv(long numer, long denom);
+lldiv_t lldiv(long long numer, long long denom);
+
 /* ---- Searching and sorting ---- */
 
 /*
