@@ -150,8 +150,41 @@ static void test_no_memory(void)
     CHECK_WSTR(wide_text, L"a");
 }
 
+__declspec(dllimport) void *__stdcall VirtualAlloc(void *, size_t, unsigned long, unsigned long);
+__declspec(dllimport) int __stdcall VirtualProtect(void *, size_t, unsigned long, unsigned long *);
+
+/* Formats, arguments and buffers that end where memory ends: nothing behind them is touched. */
+static void test_page_end(void)
+{
+    unsigned long old;
+    char *pages = VirtualAlloc(NULL, 3 * 4096, 0x3000 /* reserve, commit */, 4 /* read, write */);
+    char *end = pages + 4096, *target_end = pages + 3 * 4096;
+    VirtualProtect(end, 4096, 1 /* no access */, &old);
+    for (int length = 0; length < 70; ++length) {
+        char *format = end - length - 1;
+        wchar_t *wide_format = (wchar_t *)end - length - 1;
+        for (int i = 0; i < length; ++i) format[i] = (char)('a' + i % 26);
+        format[length] = 0;
+        CHECK_INT(narrow(text, sizeof text, format), length);
+        CHECK_STR(text, format);
+        CHECK_INT(narrow(target_end - length - 1, (size_t)length + 1, "%s", format), length);
+        CHECK_STR(target_end - length - 1, format);
+        CHECK_INT(narrow(text, sizeof text, "%.*s", length + 1, format), length);
+        CHECK_INT(narrow(text, sizeof text, "%.500s", format), length);
+        CHECK_INT(narrow(text, sizeof text, "%.*s", length, format + 1), length ? length - 1 : 0);
+        for (int i = 0; i < length; ++i) wide_format[i] = (wchar_t)('a' + i % 26);
+        wide_format[length] = 0;
+        CHECK_INT(wide(wide_text, 1200, wide_format), length);
+        CHECK_WSTR(wide_text, wide_format);
+        CHECK_INT(wide(wide_text, 1200, L"%ls", wide_format), length);
+        CHECK_INT(narrow(text, sizeof text, "%ls", wide_format), length);
+        CHECK_INT(narrow(text, sizeof text, "%.*ls", length, wide_format), length);
+    }
+}
+
 int main(void)
 {
+    test_page_end();
     test_own_strings();
     test_own_characters();
     test_wide_text_in_narrow();
