@@ -39,9 +39,17 @@ int unget_byte(int c, Stream &s) {
 
 namespace {
 
+[[gnu::noinline]] int get_locked(FILE *file) {
+    return with_stream(file, EOF, [](Stream &stream) { return get_byte(stream); });
+}
+
+[[gnu::noinline]] int put_locked(int c, FILE *file) {
+    return with_stream(file, EOF, [=](Stream &stream) { return put_byte(c, stream); });
+}
+
 // While the process has one thread, a byte that only moves within the buffer needs no lock: nobody
 // can come in between.
-int get(FILE *file) {
+[[gnu::always_inline]] inline int get(FILE *file) {
     if (__builtin_expect(file && begin_plain_section(), true)) {
         Stream &s = stream_of(file);
         if (__builtin_expect(s.pos < s.read_end, true)) {
@@ -51,10 +59,10 @@ int get(FILE *file) {
         }
         end_plain_section();
     }
-    return with_stream(file, EOF, [](Stream &stream) { return get_byte(stream); });
+    return get_locked(file);
 }
 
-int put(int c, FILE *file) {
+[[gnu::always_inline]] inline int put(int c, FILE *file) {
     if (__builtin_expect(file && begin_plain_section(), true)) {
         Stream &s = stream_of(file);
         if (__builtin_expect(s.has_plain_room(), true)) {
@@ -64,7 +72,7 @@ int put(int c, FILE *file) {
         }
         end_plain_section();
     }
-    return with_stream(file, EOF, [=](Stream &stream) { return put_byte(c, stream); });
+    return put_locked(c, file);
 }
 
 } // namespace
