@@ -2,6 +2,7 @@
 #ifndef _STDIO_H
 #define _STDIO_H
 
+#include <_off_t.h>
 #include <_va_list.h>
 #include <_vexrt.h>
 
@@ -35,13 +36,6 @@ typedef struct {
     long long __position;
     unsigned int __state[2];
 } fpos_t;
-
-#ifndef _OFF_T_DEFINED
-#define _OFF_T_DEFINED
-#define _OFF_T_
-typedef long _off_t;
-typedef long off_t;
-#endif
 
 _VEXRT_BEGIN
 

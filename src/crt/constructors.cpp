@@ -5,11 +5,13 @@
 // stand in .ctors and .dtors, lists that run backwards from their end; the linker puts an all-ones
 // word in front and a zero behind.
 
+#include "core/function_table.h"
 #include "crt/startup.h"
+
+using namespace vexrt;
 
 namespace {
 
-using Handler = void (*)();
 using Initialiser = int (*)();
 
 constexpr int initialiser_failed = 255;
@@ -22,46 +24,35 @@ constexpr int initialiser_failed = 255;
 #pragma section(".CRT$XTZ", read)
 __declspec(allocate(".CRT$XIA")) const Initialiser initialisers_begin[] = {nullptr};
 __declspec(allocate(".CRT$XIZ")) const Initialiser initialisers_end[] = {nullptr};
-__declspec(allocate(".CRT$XCA")) const Handler constructors_begin[] = {nullptr};
-__declspec(allocate(".CRT$XCZ")) const Handler constructors_end[] = {nullptr};
-__declspec(allocate(".CRT$XPA")) const Handler terminators_begin[] = {nullptr};
-__declspec(allocate(".CRT$XTZ")) const Handler terminators_end[] = {nullptr};
+__declspec(allocate(".CRT$XCA")) const TableFunction constructors_begin[] = {nullptr};
+__declspec(allocate(".CRT$XCZ")) const TableFunction constructors_end[] = {nullptr};
+__declspec(allocate(".CRT$XPA")) const TableFunction terminators_begin[] = {nullptr};
+__declspec(allocate(".CRT$XTZ")) const TableFunction terminators_end[] = {nullptr};
 
-extern "C" Handler __CTOR_LIST__[];
-extern "C" Handler __DTOR_LIST__[];
+extern "C" TableFunction __CTOR_LIST__[];
+extern "C" TableFunction __DTOR_LIST__[];
 
 // Without objects for windows-gnu the linker makes no lists; these stand in for them.
-extern "C" const Handler __vexcrt_no_list[2] = {nullptr, nullptr};
+extern "C" const TableFunction __vexcrt_no_list[2] = {nullptr, nullptr};
 #pragma comment(linker, "/alternatename:___CTOR_LIST__=___vexcrt_no_list")
 #pragma comment(linker, "/alternatename:___DTOR_LIST__=___vexcrt_no_list")
 
 bool constructed;
-
-// The optimiser must not reason about what lies between two objects.
-template <typename Entry>
-const Entry *opaque(const Entry *pointer) {
-    __asm__("" : "+r"(pointer));
-    return pointer;
-}
-
-void run_forwards(const Handler *begin, const Handler *end) {
-    for (const Handler *entry = opaque(begin); entry < opaque(end); ++entry)
-        if (*entry) (*entry)();
-}
 
 } // namespace
 
 extern "C" void __vexcrt_destruct(void) {
     if (!constructed) return;
     constructed = false;
-    for (const Handler *entry = opaque(__DTOR_LIST__) + 1; *entry; ++entry) (*entry)();
-    run_forwards(terminators_begin, terminators_end);
+    for (const TableFunction *entry = opaque(__DTOR_LIST__) + 1; *entry; ++entry) (*entry)();
+    run_table(terminators_begin, terminators_end);
 }
 
 // Without destructors no slot of atexit is taken.
 extern "C" void __vexcrt_destruct_at_exit(void) {
     bool any = __DTOR_LIST__[1];
-    for (const Handler *entry = opaque(terminators_begin); entry < opaque(terminators_end); ++entry)
+    for (const TableFunction *entry = opaque(terminators_begin); entry < opaque(terminators_end);
+         ++entry)
         any = any || *entry;
     if (any) atexit(__vexcrt_destruct);
 }
@@ -72,10 +63,10 @@ extern "C" void __vexcrt_construct(void) {
     for (const Initialiser *entry = opaque(initialisers_begin); entry < opaque(initialisers_end);
          ++entry)
         if (*entry && (*entry)() != 0) exit(initialiser_failed);
-    const Handler *last = opaque(__CTOR_LIST__) + 1;
+    const TableFunction *last = opaque(__CTOR_LIST__) + 1;
     while (*last) ++last;
     while (--last > opaque(__CTOR_LIST__)) (*last)();
-    run_forwards(constructors_begin, constructors_end);
+    run_table(constructors_begin, constructors_end);
 }
 
 // What gcc calls at the beginning of main().

@@ -1,6 +1,7 @@
 // The entry point: what happens when the loader attaches and detaches the library.
 
 #include "core/cpu.h"
+#include "core/function_table.h"
 #include "core/lock.h"
 #include "core/thread_record.h"
 #include "heap/heap.h"
@@ -14,29 +15,16 @@ PerformanceBaseline performance_baseline;
 
 namespace {
 
-using TableEntry = void (*)();
-
-// The linker puts everything between the A and the Z section of a table in between. Both tables are
-// empty; they stand for what a build of the library may add.
+// Constructors and destructors of the library itself. Both tables are empty; they stand for what a
+// build of the library may add.
 #pragma section(".CRT$XCA", read)
 #pragma section(".CRT$XCZ", read)
 #pragma section(".CRT$XTA", read)
 #pragma section(".CRT$XTZ", read)
-__declspec(allocate(".CRT$XCA")) const TableEntry constructors_begin[] = {nullptr};
-__declspec(allocate(".CRT$XCZ")) const TableEntry constructors_end[] = {nullptr};
-__declspec(allocate(".CRT$XTA")) const TableEntry destructors_begin[] = {nullptr};
-__declspec(allocate(".CRT$XTZ")) const TableEntry destructors_end[] = {nullptr};
-
-// The optimiser must not reason about what lies between two objects.
-const TableEntry *opaque(const TableEntry *entry) {
-    __asm__("" : "+r"(entry));
-    return entry;
-}
-
-void run_table(const TableEntry *begin, const TableEntry *end) {
-    for (const TableEntry *entry = opaque(begin); entry < opaque(end); ++entry)
-        if (*entry) (*entry)();
-}
+__declspec(allocate(".CRT$XCA")) const TableFunction constructors_begin[] = {nullptr};
+__declspec(allocate(".CRT$XCZ")) const TableFunction constructors_end[] = {nullptr};
+__declspec(allocate(".CRT$XTA")) const TableFunction destructors_begin[] = {nullptr};
+__declspec(allocate(".CRT$XTZ")) const TableFunction destructors_end[] = {nullptr};
 
 int attach_count;
 
