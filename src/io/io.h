@@ -34,6 +34,7 @@ struct Descriptor {
     unsigned char encoding;   // of a text-mode descriptor
     unsigned char pending[3]; // read ahead from a pipe or device
     unsigned char lock_ready; // a zero lock needs no set-up: always 1
+    bool dropped_return;      // the last read ended in a CR that it dropped; its LF comes next
     Lock lock;
     HANDLE osfhandle;
 

@@ -53,6 +53,7 @@ unsigned deliver_pending(Descriptor &descriptor, unsigned char *buffer, unsigned
 
 Transfer raw_read(Descriptor &descriptor, void *buffer, unsigned count) {
     auto *bytes = static_cast<unsigned char *>(buffer);
+    descriptor.dropped_return = false;
     unsigned delivered = deliver_pending(descriptor, bytes, count);
     Transfer rest = read_handle(descriptor.osfhandle, bytes + delivered, count - delivered);
     return {delivered + rest.count, rest.error};
@@ -81,6 +82,7 @@ bool settle_last_carriage_return(Descriptor &descriptor, U &unit, bool output_em
         return true;
     }
     seek64(descriptor, -static_cast<int64_t>(sizeof next), SEEK_CUR);
+    descriptor.dropped_return = next == line_feed;
     return next != line_feed;
 }
 

@@ -8,8 +8,11 @@ namespace vexrt {
 
 namespace {
 
-void clear_end_of_file(Descriptor &descriptor) {
+// After a successful seek: reads go on again, and from a place of their own.
+void note_move(Descriptor &descriptor, int64_t offset, int origin) {
     descriptor.flags &= static_cast<unsigned char>(~FD_EOF);
+    bool only_asked = offset == 0 && origin == SEEK_CUR;
+    if (!only_asked) descriptor.dropped_return = false;
 }
 
 bool has_handle(const Descriptor &descriptor) {
@@ -43,7 +46,7 @@ int64_t seek64(Descriptor &descriptor, int64_t offset, int origin) {
     int64_t position;
     if (!SetFilePointerEx(descriptor.osfhandle, offset, &position, static_cast<DWORD>(origin)))
         return fail_with_last_error();
-    clear_end_of_file(descriptor);
+    note_move(descriptor, offset, origin);
     return position;
 }
 
@@ -52,7 +55,7 @@ long seek32(Descriptor &descriptor, long offset, int origin) {
     DWORD position =
         SetFilePointer(descriptor.osfhandle, offset, nullptr, static_cast<DWORD>(origin));
     if (position == INVALID_SET_FILE_POINTER) return fail_with_last_error();
-    clear_end_of_file(descriptor);
+    note_move(descriptor, offset, origin);
     return static_cast<long>(position);
 }
 

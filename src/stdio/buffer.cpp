@@ -113,6 +113,16 @@ int flush(Stream &s) {
     return 0;
 }
 
+// The direction is open again afterwards: what was written may be read without positioning.
+int flush_for_user(Stream &s) {
+    if (flush(s) != 0) return -1;
+    if ((s.flags & (SF_WRITING | SF_READ)) == (SF_WRITING | SF_READ)) {
+        s.flags &= ~static_cast<uint32_t>(SF_WRITING);
+        s.put_limit = s.wide_put_limit = s.base;
+    }
+    return 0;
+}
+
 namespace {
 
 // One buffer each: standard output and standard error run under locks of their own.
@@ -147,5 +157,5 @@ using namespace vexrt;
 
 extern "C" int fflush(FILE *file) {
     if (!file) return flush_all();
-    return with_stream(file, EOF, [](Stream &stream) { return flush(stream); });
+    return with_stream(file, EOF, [](Stream &stream) { return flush_for_user(stream); });
 }

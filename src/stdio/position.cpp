@@ -22,10 +22,16 @@ int64_t bytes_in_file(const Stream &s, const char *from, const char *to) {
     return count;
 }
 
+// A CR at the very end of what was read is in no buffer, but the descriptor stands behind it.
+bool dropped_return(const Stream &s) {
+    Descriptor *descriptor = s.is_custom() ? nullptr : open_descriptor(s.fd);
+    return descriptor && descriptor->dropped_return;
+}
+
 int64_t unread_bytes(const Stream &s) {
     const char *read_end = s.saved_read_end ? s.saved_read_end : s.read_end;
     return bytes_in_file(s, s.unget_ptr, s.inline_buf) + bytes_in_file(s, s.pos, read_end) +
-           bytes_in_file(s, s.pos, s.wide_read_end);
+           bytes_in_file(s, s.pos, s.wide_read_end) + dropped_return(s);
 }
 
 bool is_usable(const Stream &s) { return s.flags & (SF_READ | SF_WRITE); }

@@ -103,7 +103,7 @@ int flush_all() {
     StreamTableLocked table;
     int result = 0;
     for (Stream *stream : stream_table)
-        if (stream && flush(*stream) != 0) result = -1;
+        if (stream && flush_for_user(*stream) != 0) result = -1;
     return result;
 }
 

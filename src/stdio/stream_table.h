@@ -35,6 +35,9 @@ public:
     StreamTableLocked() : Locked(numbered_lock(lock_streams)) {}
 };
 
+// What fflush() does for one stream. 0 or -1.
+int flush_for_user(Stream &stream);
+
 // Closes a stream whose lock and lock 6 are held. The record may be gone afterwards. 0 or -1.
 int close_stream(Stream &stream);
 

@@ -144,9 +144,6 @@ static void test_update(void)
     CHECK(ferror(file));
     clearerr(file);
     CHECK_INT(fflush(file), 0); /* enough between writing and reading */
-    CHECK_INT(fgetc(file), EOF);
-    clearerr(file);
-    CHECK_INT(fseek(file, 0, SEEK_CUR), 0);
     CHECK_INT(fgetc(file), '2');
     fseek(file, -1, SEEK_END);
     fputs("XY", file);
@@ -257,12 +254,19 @@ static void test_blocks(void)
             fclose(file);
         }
     }
-    FILE *file = fopen(NAME, "rb");
+    /* By the plain rule a full buffer waits for the next byte; the direct path keeps to that. */
+    FILE *file = fopen(NAME, "wb");
+    fputc('x', file);
+    CHECK_INT(fwrite(bytes, 1, 4095, file), 4095);
+    CHECK_INT(_filelength(_fileno(file)), 4096 - 512);
+    fclose(file);
+    write_file(bytes, 100000);
+    file = fopen(NAME, "rb");
     CHECK_INT(fread(got, 0x10000, 0x10000, file), 0);
     CHECK_INT(fread(got, 0x8001, 0x20000, file), 0);
     CHECK_INT(fread(got, 0, 5, file), 0);
     CHECK_INT(ftell(file), 0);
-    CHECK_INT(fread(got, 30, 4000, file), 100002 / 30);
+    CHECK_INT(fread(got, 30, 4000, file), 100000 / 30);
     fclose(file);
 }
 
