@@ -99,11 +99,16 @@ void register_close_at_exit() {
     register_internal_exit_handler(close_all);
 }
 
+// A stream that is not being written has nothing to flush, and its lock may be held by a reader that
+// waits for input: it is passed over.
 int flush_all() {
     StreamTableLocked table;
     int result = 0;
-    for (Stream *stream : stream_table)
-        if (stream && flush_for_user(*stream) != 0) result = -1;
+    for (Stream *stream : stream_table) {
+        if (!stream || !(stream->flags & SF_WRITING)) continue;
+        StreamLocked guard(*stream);
+        if (flush_for_user(*stream) != 0) result = -1;
+    }
     return result;
 }
 

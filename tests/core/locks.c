@@ -1,5 +1,6 @@
 /*
- * Locks under several threads: nothing is lost when threads share a stream, also across the arrival
+ * Locks under several threads: nothing is lost when threads share a stream and one more flushes all
+ * streams without end, also across the arrival
  * of the second thread, when the library begins to lock for real.
  */
 #include "check.h"
@@ -12,7 +13,7 @@ __declspec(dllimport) void *__stdcall CreateEventA(void *security, int manual, i
 __declspec(dllimport) int __stdcall SetEvent(void *event);
 
 #define NAME "locks.tmp"
-enum { thread_count = 4, line_count = 20000 };
+enum { thread_count = 4, line_count = 10000 };
 
 static FILE *shared;
 static volatile long arrived;
@@ -28,6 +29,13 @@ static unsigned long __stdcall write_lines(void *argument)
     return 0;
 }
 
+static volatile int flush_on = 1;
+static unsigned long __stdcall flush_streams(void *unused)
+{
+    while (flush_on) fflush(NULL);
+    return 0;
+}
+
 /* Every line must be whole, and each thread's lines in their order. */
 static void test_lines_stay_whole(void)
 {
@@ -37,11 +45,15 @@ static void test_lines_stay_whole(void)
     shared = fopen(NAME, "wb");
     for (int i = 0; i < thread_count; ++i)
         threads[i] = CreateThread(NULL, 0, write_lines, (void *)(size_t)i, 0, NULL);
+    void *flusher = CreateThread(NULL, 0, flush_streams, NULL, 0, NULL);
     write_lines((void *)thread_count); /* this thread is in the middle of it when the others come */
     for (int i = 0; i < thread_count; ++i) {
         CHECK_INT(WaitForSingleObject(threads[i], 60000), 0);
         CloseHandle(threads[i]);
     }
+    flush_on = 0;
+    CHECK_INT(WaitForSingleObject(flusher, 60000), 0);
+    CloseHandle(flusher);
     fclose(shared);
     shared = fopen(NAME, "rb");
     while (fgets(line, sizeof line, shared)) {
