@@ -6,45 +6,14 @@
 #include "format/list_form.h"
 #include "stdio/stream.h"
 
-#include <string.h>
-
 using namespace vexrt;
 
 namespace {
 
-// Where the pieces of one call go. A buffered stream takes them as they come; for an unbuffered one
-// they are gathered, so that the call costs one write and not one for every piece.
-class StreamSink {
-public:
-    explicit StreamSink(Stream &stream) : stream_(stream), gathers_(stream.flags & SF_NOBUF) {}
-
-    static void *put(void *state, const char *text, size_t count) {
-        return static_cast<StreamSink *>(state)->take(text, count) ? state : nullptr;
-    }
-
-    bool finish() { return gathered_ == 0 || write_gathered(); }
-
-private:
-    bool take(const char *text, size_t count) {
-        if (!gathers_) return write_all(text, count, stream_);
-        if (count > sizeof pieces_ - gathered_ && !write_gathered()) return false;
-        if (count > sizeof pieces_) return write_all(text, count, stream_);
-        memcpy(pieces_ + gathered_, text, count);
-        gathered_ += count;
-        return true;
-    }
-
-    bool write_gathered() {
-        size_t count = gathered_;
-        gathered_ = 0;
-        return write_all(pieces_, count, stream_);
-    }
-
-    Stream &stream_;
-    bool gathers_;
-    size_t gathered_ = 0;
-    char pieces_[512];
-};
+// The engine gathers pieces, so that even an unbuffered stream is not written to for every one.
+void *put_to_stream(void *state, const char *text, size_t count) {
+    return write_all(text, count, *static_cast<Stream *>(state)) ? state : nullptr;
+}
 
 int refuse_argument(bool secure) {
     if (secure)
@@ -60,9 +29,7 @@ int print(FILE *file, const char *format, va_list list, bool secure) {
     Stream &stream = stream_of(file);
     StreamLocked locked(stream);
     LentBuffer lent(stream);
-    StreamSink sink(stream);
-    int count = format_text(StreamSink::put, &sink, format, list, secure);
-    return sink.finish() ? count : -1;
+    return format_text(put_to_stream, &stream, format, list, secure);
 }
 
 } // namespace
