@@ -6,6 +6,7 @@
 // then kept in the descriptor (pipe, device) or sought back over (file).
 
 #include "heap/heap.h"
+#include "io/find_unit.h"
 #include "io/io.h"
 #include "locale/locale_record.h"
 
@@ -20,7 +21,7 @@ namespace {
 constexpr UINT utf8_code_page = 65001;
 constexpr DWORD reject_invalid_characters = 8; // of MultiByteToWideChar
 
-enum Unit : unsigned char { line_feed = 10, carriage_return = 13, ctrl_z = 26 };
+enum Unit : char { line_feed = 10, carriage_return = 13, ctrl_z = 26 };
 
 struct Transfer {
     unsigned count; // bytes
@@ -86,39 +87,43 @@ bool settle_last_carriage_return(Descriptor &descriptor, U &unit, bool output_em
     return next != line_feed;
 }
 
-// Translates `count` units in place; returns how many there are then.
+// Translates `count` units in place; returns how many there are then. What lies between the CRs
+// moves as a block.
 template <typename U>
 unsigned translate_lines(Descriptor &descriptor, U *units, unsigned count) {
     const U *from = units, *end = units + count;
+    const U *stop = find_unit(from, end, U(ctrl_z));
     U *to = units;
-    while (from < end) {
+    while (from < stop) {
+        const U *mark = find_unit(from, stop, U(carriage_return));
+        memmove(to, from, static_cast<size_t>(mark - from) * sizeof(U));
+        to += mark - from;
+        from = mark;
+        if (from == stop) break;
         U unit = *from++;
-        if (unit == ctrl_z) {
-            if (descriptor.flags & FD_DEVICE)
-                *to++ = unit;
-            else
-                descriptor.flags |= FD_EOF;
-            break;
-        }
-        if (unit == carriage_return) {
-            if (from == end) {
-                if (!settle_last_carriage_return(descriptor, unit, to == units)) break;
-            } else if (*from == line_feed) {
-                unit = *from++;
-            }
+        if (from == end) {
+            if (!settle_last_carriage_return(descriptor, unit, to == units)) break;
+        } else if (*from == line_feed) {
+            unit = *from++;
         }
         *to++ = unit;
+    }
+    if (stop != end) {
+        if (descriptor.flags & FD_DEVICE)
+            *to++ = ctrl_z;
+        else
+            descriptor.flags |= FD_EOF;
     }
     return static_cast<unsigned>(to - units);
 }
 
 Transfer read_ansi_text(Descriptor &descriptor, void *buffer, unsigned count) {
     Transfer done = raw_read(descriptor, buffer, count);
-    auto *text = static_cast<unsigned char *>(buffer);
+    auto *text = static_cast<char *>(buffer);
     done.count = translate_lines(descriptor, text, done.count);
     if (descriptor.is_console())
-        recode_in_place(thread_record().locale->code_page, GetConsoleCP(),
-                        static_cast<char *>(buffer), static_cast<int>(done.count));
+        recode_in_place(thread_record().locale->code_page, GetConsoleCP(), text,
+                        static_cast<int>(done.count));
     return done;
 }
 
@@ -178,7 +183,7 @@ Transfer read_utf8_text(Descriptor &descriptor, void *buffer, unsigned count) {
         }
         if (length == 0) length = done.count; // a cut sequence at the end of a file: invalid
         if (length < done.count) put_back(descriptor, text + length, done.count - length);
-        length = translate_lines(descriptor, text, length);
+        length = translate_lines(descriptor, reinterpret_cast<char *>(text), length);
         int made =
             length ? MultiByteToWideChar(utf8_code_page, reject_invalid_characters,
                                          reinterpret_cast<char *>(text), static_cast<int>(length),

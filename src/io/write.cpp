@@ -4,6 +4,7 @@
 // every full chunk one unit of the source is passed over; that is how the interface is defined, and
 // the streams, which must lose nothing, write in smaller pieces.
 
+#include "io/find_unit.h"
 #include "io/io.h"
 #include "locale/locale_record.h"
 
@@ -40,17 +41,21 @@ template <typename U, unsigned capacity>
 struct Chunk {
     static constexpr unsigned fill_limit = capacity - 1;
     U units[capacity];
-    unsigned count;
-    unsigned added;
+    unsigned count, added;
 
     const U *fill(const U *from, const U *end) {
         count = added = 0;
         while (count < fill_limit && from < end) {
-            if (*from == '\n') {
-                units[count++] = '\r';
-                ++added;
-            }
+            size_t room = fill_limit - count;
+            const U *limit = static_cast<size_t>(end - from) > room ? from + room : end;
+            const U *line_end = find_unit(from, limit, U('\n'));
+            memcpy(units + count, from, static_cast<size_t>(line_end - from) * sizeof(U));
+            count += static_cast<unsigned>(line_end - from);
+            from = line_end;
+            if (from == limit) continue;
+            units[count++] = '\r';
             units[count++] = *from++;
+            ++added;
         }
         return from;
     }

@@ -74,12 +74,12 @@ size_t read_bytes(Stream &s, char *to, size_t total) {
 }
 
 // How much of `left` bytes may go straight to the descriptor now that the buffer is empty: all of
-// it when nothing is buffered, else all but what would stay in the buffer.
+// it when nothing is buffered, else as many whole buffers as there are.
 size_t direct_amount(const Stream &s, size_t left) {
     if (s.pos != s.base || s.is_custom() || (s.flags & SF_LINEBUF)) return 0;
     if (s.flags & SF_NOBUF) return left;
     size_t buffer = static_cast<size_t>(s.end - s.base);
-    return left > 2 * buffer && is_binary_descriptor(s) ? (left - 1) / buffer * buffer : 0;
+    return left >= 2 * buffer && is_binary_descriptor(s) ? left / buffer * buffer : 0;
 }
 
 // Writes to the descriptor; `counted` is what of it the plain rule would have taken from the

@@ -99,8 +99,8 @@ void register_close_at_exit() {
     register_internal_exit_handler(close_all);
 }
 
-// A stream that is not being written has nothing to flush, and its lock may be held by a reader that
-// waits for input: it is passed over.
+// A stream that is not being written has nothing to flush, and its lock may be held by a reader
+// that waits for input: it is passed over.
 int flush_all() {
     StreamTableLocked table;
     int result = 0;
