@@ -172,6 +172,49 @@ div_t div(int numer, int denom);
 ldiv_t ldiv(long numer, long denom);
 lldiv_t lldiv(long long numer, long long denom);
 
+/* ---- Text to integers ---- */
+
+/*
+ * Convert the start of a text: white space, a sign, and digits of `base` (2 to 36; 0: by the prefix
+ * 0x or 0, else 10). *endptr (if not null) receives the place behind the last digit; the start of
+ * the text when there is none and for an invalid base, the result then being 0. ERANGE: the value
+ * does not fit; the result is the nearest limit (unsigned: the largest value), and unlike ISO C
+ * *endptr is the start of the text. "0x" without a digit behind it converts nothing.
+ */
+long strtol(const char *_VEXRT_RESTRICT nptr, char **_VEXRT_RESTRICT endptr, int base);
+long long strtoll(const char *_VEXRT_RESTRICT nptr, char **_VEXRT_RESTRICT endptr, int base);
+unsigned long strtoul(const char *_VEXRT_RESTRICT nptr, char **_VEXRT_RESTRICT endptr, int base);
+unsigned long long strtoull(const char *_VEXRT_RESTRICT nptr, char **_VEXRT_RESTRICT endptr,
+                            int base);
+
+/* Convert decimal digits. A value that fits only the unsigned type gives its bit pattern; one that
+   does not fit that either gives -1 and ERANGE. */
+int atoi(const char *nptr);
+long atol(const char *nptr);
+long long atoll(const char *nptr);
+int _wtoi(const wchar_t *nptr);
+long _wtol(const wchar_t *nptr);
+long long _wtoll(const wchar_t *nptr);
+
+/* ---- Integers to text ---- */
+
+/*
+ * Write a value in base `radix` (2 to 36), digits in lower case, terminated; `buffer` holds up to
+ * 33 characters (long long: 65). Base 10 alone has a sign; in any other a negative value is written
+ * as its unsigned pattern. Return `buffer`. EINVAL: an
+ * invalid radix, and the text is empty.
+ */
+char *_itoa(int value, char *buffer, int radix);
+char *_ltoa(long value, char *buffer, int radix);
+char *_ultoa(unsigned long value, char *buffer, int radix);
+char *_lltoa(long long value, char *buffer, int radix);
+char *_ulltoa(unsigned long long value, char *buffer, int radix);
+wchar_t *_itow(int value, wchar_t *buffer, int radix);
+wchar_t *_ltow(long value, wchar_t *buffer, int radix);
+wchar_t *_ultow(unsigned long value, wchar_t *buffer, int radix);
+wchar_t *_lltow(long long value, wchar_t *buffer, int radix);
+wchar_t *_ulltow(unsigned long long value, wchar_t *buffer, int radix);
+
 /* ---- Searching and sorting ---- */
 
 /*

@@ -159,6 +159,16 @@ errno_t mbsrtowcs_s(size_t *_VEXRT_RESTRICT retval, wchar_t *_VEXRT_RESTRICT dst
 errno_t wcsrtombs_s(size_t *_VEXRT_RESTRICT retval, char *_VEXRT_RESTRICT dst, rsize_t dstmax,
                     const wchar_t **_VEXRT_RESTRICT src, rsize_t len, mbstate_t *_VEXRT_RESTRICT ps);
 
+/* ---- Text to integers ---- */
+
+/* As strtol() and its relatives of <stdlib.h>. */
+long wcstol(const wchar_t *_VEXRT_RESTRICT nptr, wchar_t **_VEXRT_RESTRICT endptr, int base);
+long long wcstoll(const wchar_t *_VEXRT_RESTRICT nptr, wchar_t **_VEXRT_RESTRICT endptr, int base);
+unsigned long wcstoul(const wchar_t *_VEXRT_RESTRICT nptr, wchar_t **_VEXRT_RESTRICT endptr,
+                      int base);
+unsigned long long wcstoull(const wchar_t *_VEXRT_RESTRICT nptr,
+                            wchar_t **_VEXRT_RESTRICT endptr, int base);
+
 /* ---- Error texts ---- */
 
 /* The message of an errno value, in wide characters; as strerror(). */
