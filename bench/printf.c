@@ -13,6 +13,7 @@ int main(void)
     const char *volatile word = "hello";
     volatile int number = 123456, small = 42;
     volatile long long large = 1234567890123456789LL;
+    volatile double pi = 3.141592653589793, tiny = 1.2345678901234567e-290;
 
     BENCH("snprintf %d", 1, bench_keep(snprintf(text, sizeof text, "%d", number)));
     BENCH("snprintf %s %d %x\\n", 1,
@@ -22,5 +23,8 @@ int main(void)
     BENCH("snprintf %lld", 1, bench_keep(snprintf(text, sizeof text, "%lld", large)));
     BENCH("snprintf literal", 1, bench_keep(snprintf(text, sizeof text, LITERAL)));
     BENCH("swprintf %d", 1, bench_keep(swprintf(wide_text, 256, L"%d", number)));
+    BENCH("snprintf %.17g", 1, bench_keep(snprintf(text, sizeof text, "%.17g", pi)));
+    BENCH("snprintf %f", 1, bench_keep(snprintf(text, sizeof text, "%f", pi)));
+    BENCH("snprintf %e, small", 1, bench_keep(snprintf(text, sizeof text, "%e", tiny)));
     return 0;
 }

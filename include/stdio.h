@@ -53,12 +53,13 @@ _VEXRT_DATA FILE __stdin, __stdout, __stderr;
  *   width       digits or *; negative means left-justified
  *   precision   . and digits, none (0) or *; negative means none
  *   length      hh h l ll I64 j z t L
- *   conversion  d i o u x X c s p n %; %P is %p with capital letters
+ *   conversion  d i o u x X c s p n a A e E f F g G %; %P is %p with capital letters
  *
  * Where this differs from ISO C: %p writes eight hexadecimal digits without "0x"; %z is never
  * negative (%zd of -1 is 4294967295); %t is extended by its sign (%tx of -1 is sixteen f); a null %s
  * is "(null)"; an unknown conversion is a field of its own letter. A left-justified %ls of more than
- * 64 bytes is not padded.
+ * 64 bytes is not padded. Floating conversions have at most 19 significant digits, every further place
+ * is 0, and they round half up on those digits; the first digit of %a is 8 to f; a NaN has no sign.
  *
  * The functions return the number of characters, or -1: the output failed, a wide character has no
  * multibyte form (errno EILSEQ), there is no memory for a long %ls (ENOMEM), there would be more than

@@ -1,6 +1,7 @@
 #include "format/formatter.h"
 
 #include "core/constraint.h"
+#include "format/float_field.h"
 #include "format/literal.h"
 #include "locale/multibyte.h"
 
@@ -143,8 +144,6 @@ bool Formatter<Char>::convert(unsigned letter) {
     case 's': return is_own_text() ? convert_string() : convert_other_string();
     case 'n': return store_count();
     case '%': directive_.width = 0; return put_character('%');
-    // Floating conversions are not made yet. Their argument is passed over, so that those behind it
-    // are found, and the letter is output like any other that is no conversion.
     case 'a':
     case 'A':
     case 'e':
@@ -152,7 +151,7 @@ bool Formatter<Char>::convert(unsigned letter) {
     case 'f':
     case 'F':
     case 'g':
-    case 'G': va_arg(arguments_, double); [[fallthrough]];
+    case 'G': return convert_floating(letter);
     default: return put_character(letter);
     }
 }
@@ -195,13 +194,18 @@ bool Formatter<Char>::convert_signed() {
     if (negative) value = 0 - value;
     if (directive_.bare && put_bare_number(value, 'd', negative)) return true;
     Field<Char> field{};
+    add_sign(field, negative);
+    return put_number(field, value, 'd');
+}
+
+template <typename Char>
+void Formatter<Char>::add_sign(Field<Char> &field, bool negative) const {
     if (negative)
         field.add_prefix('-');
     else if (directive_.flags & flag_plus)
         field.add_prefix('+');
     else if (directive_.flags & flag_space)
         field.add_prefix(' ');
-    return put_number(field, value, 'd');
 }
 
 template <typename Char>
@@ -272,6 +276,19 @@ bool Formatter<Char>::put_number(Field<Char> &field, uint64_t magnitude, unsigne
         field.leading_zeros = due - length;
     else if (field.prefix_length + length >= directive_.width && put_unpadded(field))
         return true;
+    return put_field(output_, field, directive_);
+}
+
+// ---- floating-point numbers ----
+
+// A NaN never has a sign.
+template <typename Char>
+bool Formatter<Char>::convert_floating(unsigned letter) {
+    double value = va_arg(arguments_, double);
+    Char room[float_room];
+    Field<Char> field{};
+    if (value == value) add_sign(field, __builtin_signbit(value));
+    make_float_field(field, room, value, letter, directive_);
     return put_field(output_, field, directive_);
 }
 

@@ -57,6 +57,8 @@ private:
     }
 
     bool convert_signed();
+    bool convert_floating(unsigned letter);
+    void add_sign(Field<Char> &field, bool negative) const;
     bool convert_unsigned(unsigned letter);
     bool convert_pointer(unsigned letter);
     bool is_own_text() const;
