@@ -31,7 +31,6 @@ struct Lock {
 
     void enter();
     void leave();
-    bool held_by_me() const { return owner == current_thread_id(); }
     void destroy(); // closes the event; the lock is free and zero again
 
 private:

@@ -20,7 +20,7 @@ constexpr size_t no_limit = 0x7FFFFFFF; // of the bytes that may be read
 // Decodes at most `limit` characters into `to` (null: counts them). Returns their number, or
 // `failed`. `from` is then behind the last one; null when the terminator was decoded, which is not
 // counted.
-size_t decode_string(wchar_t *to, const char *&from, size_t limit, mbstate_t &state) {
+size_t convert_string(wchar_t *to, const char *&from, size_t limit, mbstate_t &state) {
     for (size_t count = 0; count < limit; ++count) {
         int taken = decode_character(to ? to + count : nullptr, from, no_limit, state);
         if (taken < 0) return failed;
@@ -36,7 +36,7 @@ size_t decode_string(wchar_t *to, const char *&from, size_t limit, mbstate_t &st
 // Encodes into `to` (null: counts the bytes) what fits `room` as whole characters. Returns the
 // number of bytes, or `failed`. `from` is then at the first character that is not encoded; null
 // when the terminator was, which is not counted.
-size_t encode_string(char *to, const wchar_t *&from, size_t room, mbstate_t &state) {
+size_t convert_string(char *to, const wchar_t *&from, size_t room, mbstate_t &state) {
     char bytes[multibyte_limit];
     for (size_t used = 0; used < room;) {
         bool in_place = to && room - used >= multibyte_limit;
@@ -89,22 +89,13 @@ errno_t finish(size_t *retval, Char *to, rsize_t size, rsize_t length, size_t co
 
 rsize_t smaller(rsize_t a, rsize_t b) { return a < b ? a : b; }
 
-errno_t decode_string_s(size_t *retval, wchar_t *to, rsize_t size, const char **from,
-                        rsize_t length, mbstate_t *state) {
+template <typename To, typename From>
+errno_t convert_string_s(size_t *retval, To *to, rsize_t size, const From **from, rsize_t length,
+                         mbstate_t *state) {
     if (!retval || !from || !*from || !state || !valid_destination(to, size, length))
         return refuse_string(retval, to, size, EINVAL);
-    const char *rest = *from;
-    size_t converted = decode_string(to, rest, to ? smaller(length, size) : SIZE_MAX, *state);
-    if (to) *from = rest;
-    return finish(retval, to, size, length, converted, !rest);
-}
-
-errno_t encode_string_s(size_t *retval, char *to, rsize_t size, const wchar_t **from,
-                        rsize_t length, mbstate_t *state) {
-    if (!retval || !from || !*from || !state || !valid_destination(to, size, length))
-        return refuse_string(retval, to, size, EINVAL);
-    const wchar_t *rest = *from;
-    size_t converted = encode_string(to, rest, to ? smaller(length, size) : SIZE_MAX, *state);
+    const From *rest = *from;
+    size_t converted = convert_string(to, rest, to ? smaller(length, size) : SIZE_MAX, *state);
     if (to) *from = rest;
     return finish(retval, to, size, length, converted, !rest);
 }
@@ -117,29 +108,29 @@ size_t mbsrtowcs(wchar_t *to, const char **from, size_t length, mbstate_t *given
     mbstate_t *state = state_or_own(given, StateOf::mbsrtowcs);
     if (!state) return failed;
     const char *counted = *from;
-    return to ? decode_string(to, *from, length, *state)
-              : decode_string(nullptr, counted, SIZE_MAX, *state);
+    return to ? convert_string(to, *from, length, *state)
+              : convert_string(static_cast<wchar_t *>(nullptr), counted, SIZE_MAX, *state);
 }
 
 // Deliberately limited to `length` characters even when it only counts.
 size_t mbstowcs(wchar_t *to, const char *from, size_t length) {
     mbstate_t state = {};
-    return decode_string(to, from, length, state);
+    return convert_string(to, from, length, state);
 }
 
 size_t wcsrtombs(char *to, const wchar_t **from, size_t length, mbstate_t *given) {
     mbstate_t *state = state_or_own(given, StateOf::wcsrtombs);
     if (!state) return failed;
     const wchar_t *counted = *from;
-    return to ? encode_string(to, *from, length, *state)
-              : encode_string(nullptr, counted, SIZE_MAX, *state);
+    return to ? convert_string(to, *from, length, *state)
+              : convert_string(static_cast<char *>(nullptr), counted, SIZE_MAX, *state);
 }
 
 // Deliberately cuts the last character in the middle when only a part of it fits, and counts no
 // further than `length`.
 size_t wcstombs(char *to, const wchar_t *from, size_t length) {
     mbstate_t state = {};
-    size_t used = encode_string(to, from, length, state);
+    size_t used = convert_string(to, from, length, state);
     if (used == failed || !from || used == length) return used;
     char bytes[multibyte_limit];
     encode_character(bytes, *from, state);
@@ -149,22 +140,22 @@ size_t wcstombs(char *to, const wchar_t *from, size_t length) {
 
 errno_t mbstowcs_s(size_t *retval, wchar_t *to, rsize_t size, const char *from, rsize_t length) {
     mbstate_t state = {};
-    return decode_string_s(retval, to, size, &from, length, &state);
+    return convert_string_s(retval, to, size, &from, length, &state);
 }
 
 errno_t mbsrtowcs_s(size_t *retval, wchar_t *to, rsize_t size, const char **from, rsize_t length,
                     mbstate_t *state) {
-    return decode_string_s(retval, to, size, from, length, state);
+    return convert_string_s(retval, to, size, from, length, state);
 }
 
 errno_t wcstombs_s(size_t *retval, char *to, rsize_t size, const wchar_t *from, rsize_t length) {
     mbstate_t state = {};
-    return encode_string_s(retval, to, size, &from, length, &state);
+    return convert_string_s(retval, to, size, &from, length, &state);
 }
 
 errno_t wcsrtombs_s(size_t *retval, char *to, rsize_t size, const wchar_t **from, rsize_t length,
                     mbstate_t *state) {
-    return encode_string_s(retval, to, size, from, length, state);
+    return convert_string_s(retval, to, size, from, length, state);
 }
 
 } // extern "C"

@@ -67,7 +67,6 @@ enum : DWORD {
     ERROR_ACCESS_DENIED = 5,
     ERROR_NOT_ENOUGH_MEMORY = 8,
     ERROR_BROKEN_PIPE = 109,
-    ERROR_BUFFER_OVERFLOW = 111,
     ERROR_NEGATIVE_SEEK = 131,
     ERROR_NO_DATA = 232,
 };
@@ -136,7 +135,6 @@ VEXRT_IMPORT BOOL __stdcall QueryPerformanceCounter(LARGE_INTEGER *);
 VEXRT_IMPORT DWORD __stdcall GetLastError();
 VEXRT_IMPORT void __stdcall SetLastError(DWORD);
 VEXRT_IMPORT DWORD __stdcall GetEnvironmentVariableA(const char *, char *, DWORD);
-VEXRT_IMPORT void __stdcall RtlUnwind(void *frame, void *target, EXCEPTION_RECORD *, void *value);
 VEXRT_IMPORT BOOL __stdcall SetConsoleCtrlHandler(BOOL(__stdcall *)(DWORD), BOOL add);
 
 // Threads and waiting.

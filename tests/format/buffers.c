@@ -1,5 +1,6 @@
 /* The functions that format to memory: what they write where, and what they refuse. */
 #include "check.h"
+#include "list_form.h"
 #include "script.h"
 
 #include <stdarg.h>
@@ -40,12 +41,7 @@ static void soil(void)
 #define LIST_CALL(name, type, call)                                                                \
     static int name(type *s, size_t n, const type *format, ...)                                    \
     {                                                                                              \
-        va_list list;                                                                              \
-        int result;                                                                                \
-        va_start(list, format);                                                                    \
-        result = call;                                                                             \
-        va_end(list);                                                                              \
-        return result;                                                                             \
+        WITH_LIST(call);                                                                           \
     }
 LIST_CALL(list_sprintf, char, vsprintf(s, format, list))
 LIST_CALL(list_snprintf, char, vsnprintf(s, n, format, list))
@@ -240,22 +236,12 @@ static void test_violations(void)
 
 static int list_asprintf(char **s, const char *format, ...)
 {
-    va_list list;
-    int result;
-    va_start(list, format);
-    result = vasprintf(s, format, list);
-    va_end(list);
-    return result;
+    WITH_LIST(vasprintf(s, format, list));
 }
 
 static int list_aswprintf(wchar_t **s, const wchar_t *format, ...)
 {
-    va_list list;
-    int result;
-    va_start(list, format);
-    result = vaswprintf(s, format, list);
-    va_end(list);
-    return result;
+    WITH_LIST(vaswprintf(s, format, list));
 }
 
 static void test_asprintf(void)

@@ -1,6 +1,7 @@
 /* The functions that format to a stream. */
 #include "check.h"
 #include "child.h"
+#include "list_form.h"
 
 #include <stdarg.h>
 #include <stdlib.h>
@@ -23,22 +24,12 @@ static int collect(FILE *stream)
 
 static int list_fprintf(FILE *stream, const char *format, ...)
 {
-    va_list list;
-    int result;
-    va_start(list, format);
-    result = vfprintf(stream, format, list);
-    va_end(list);
-    return result;
+    WITH_LIST(vfprintf(stream, format, list));
 }
 
 static int list_fprintf_s(FILE *stream, const char *format, ...)
 {
-    va_list list;
-    int result;
-    va_start(list, format);
-    result = vfprintf_s(stream, format, list);
-    va_end(list);
-    return result;
+    WITH_LIST(vfprintf_s(stream, format, list));
 }
 
 static int (*const members[])(FILE *, const char *, ...) = {fprintf, list_fprintf, fprintf_s,
@@ -123,22 +114,12 @@ static void test_violations(void)
 
 static int list_printf(const char *format, ...)
 {
-    va_list list;
-    int result;
-    va_start(list, format);
-    result = vprintf(format, list);
-    va_end(list);
-    return result;
+    WITH_LIST(vprintf(format, list));
 }
 
 static int list_printf_s(const char *format, ...)
 {
-    va_list list;
-    int result;
-    va_start(list, format);
-    result = vprintf_s(format, list);
-    va_end(list);
-    return result;
+    WITH_LIST(vprintf_s(format, list));
 }
 
 /* What the child prints, and the results of the calls on standard error. */
