@@ -3,6 +3,7 @@
 #   make demo    set up, build, compile the examples, run the main one on a real file
 #   make test    set up, build, run every test
 #   make         build the tree that users take: build/dist  (also: make dist)
+#   make sweep   the tests that go through many values, at full size
 #   make bench   set up, build, run the benchmarks against the peers
 #   make lint    formatting and static analysis
 #   make clean   remove the build folder
@@ -10,7 +11,7 @@
 BUILD := build
 DIST  := $(BUILD)/dist
 
-.PHONY: all dist demo test bench lint clean setup examples
+.PHONY: all dist demo test test-programs sweep bench lint clean setup examples
 all: dist
 
 setup:
@@ -28,12 +29,17 @@ examples: dist
 demo: examples
 	@tools/demo
 
-test: examples
+test-programs: examples
 	@tools/setup build run test
 	@test -f $(BUILD)/tests/build.ninja || cmake -S tests -B $(BUILD)/tests -G Ninja \
 	    --log-level=WARNING --toolchain $(CURDIR)/$(DIST)/cmake/vexrt-toolchain.cmake
 	@cmake --build $(BUILD)/tests
+
+test: test-programs
 	@tools/test
+
+sweep: test-programs
+	@VEXRT_SWEEP=full tools/test -L sweep --verbose
 
 bench: dist
 	@tools/setup build run bench

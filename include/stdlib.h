@@ -196,6 +196,29 @@ int _wtoi(const wchar_t *nptr);
 long _wtol(const wchar_t *nptr);
 long long _wtoll(const wchar_t *nptr);
 
+/* ---- Text to floating point ---- */
+
+/*
+ * Convert the start of a text: white space, a sign, and a decimal number with an exponent (`e`), a
+ * hexadecimal one (0x, exponent `p` of two), "inf", "infinity", "nan" or "nan(...)" in any case. The
+ * decimal point is the locale's. *endptr (if not null) receives the place behind the number, or the
+ * start of the text when there is none, the result then being 0 (-0 after a minus sign). ERANGE: a
+ * decimal number is too large (the result is infinite) or so small that it becomes 0; a subnormal
+ * result is no error.
+ *
+ * Decimal numbers are rounded to nearest whatever the rounding mode, correctly for all of the digits
+ * that are kept: 27 (strtof: 9). Differ from ISO C: further integer digits round the kept ones half up,
+ * further fraction digits are dropped; an exponent letter without digits behind it ("1e") gives the
+ * value but leaves *endptr at the start; "infi" must go on as "infinity"; "0x" without a digit converts
+ * nothing; a NaN has no sign. A hexadecimal number never sets ERANGE, and what a subnormal result has
+ * no room for is cut off.
+ */
+double strtod(const char *_VEXRT_RESTRICT nptr, char **_VEXRT_RESTRICT endptr);
+float strtof(const char *_VEXRT_RESTRICT nptr, char **_VEXRT_RESTRICT endptr);
+long double strtold(const char *_VEXRT_RESTRICT nptr, char **_VEXRT_RESTRICT endptr);
+double atof(const char *nptr);
+double _wtof(const wchar_t *nptr);
+
 /* ---- Integers to text ---- */
 
 /*

@@ -169,6 +169,13 @@ unsigned long wcstoul(const wchar_t *_VEXRT_RESTRICT nptr, wchar_t **_VEXRT_REST
 unsigned long long wcstoull(const wchar_t *_VEXRT_RESTRICT nptr,
                             wchar_t **_VEXRT_RESTRICT endptr, int base);
 
+/* ---- Text to floating point ---- */
+
+/* As strtod() and its relatives of <stdlib.h>. */
+double wcstod(const wchar_t *_VEXRT_RESTRICT nptr, wchar_t **_VEXRT_RESTRICT endptr);
+float wcstof(const wchar_t *_VEXRT_RESTRICT nptr, wchar_t **_VEXRT_RESTRICT endptr);
+long double wcstold(const wchar_t *_VEXRT_RESTRICT nptr, wchar_t **_VEXRT_RESTRICT endptr);
+
 /* ---- Error texts ---- */
 
 /* The message of an errno value, in wide characters; as strerror(). */
