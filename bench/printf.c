@@ -1,4 +1,4 @@
-/* Formatted output to a buffer. Compiles against any C library. */
+/* Formatted output and input to a buffer. Compiles against any C library. */
 #include "bench.h"
 
 #include <stdio.h>
@@ -26,5 +26,13 @@ int main(void)
     BENCH("snprintf %.17g", 1, bench_keep(snprintf(text, sizeof text, "%.17g", pi)));
     BENCH("snprintf %f", 1, bench_keep(snprintf(text, sizeof text, "%f", pi)));
     BENCH("snprintf %e, small", 1, bench_keep(snprintf(text, sizeof text, "%e", tiny)));
+
+    static const char *volatile fields = "42 hello 3.14";
+    static const char *volatile integers = "1 22 333 4444";
+    char read_word[16];
+    int a, b, c, d;
+    double read_number;
+    BENCH("sscanf %d %s %lf", 1, bench_keep(sscanf(fields, "%d %s %lf", &a, read_word, &read_number)));
+    BENCH("sscanf %d %d %d %d", 1, bench_keep(sscanf(integers, "%d %d %d %d", &a, &b, &c, &d)));
     return 0;
 }

@@ -105,6 +105,40 @@ int vsprintf_s(char *_VEXRT_RESTRICT s, rsize_t n, const char *_VEXRT_RESTRICT f
    After a failure `*ptr` is as it was. */
 int asprintf(char **_VEXRT_RESTRICT ptr, const char *_VEXRT_RESTRICT format, ...);
 int vasprintf(char **_VEXRT_RESTRICT ptr, const char *_VEXRT_RESTRICT format, va_list arg);
+
+/* ---- Formatted input ---- */
+
+/*
+ * Read fields by `format`: % with an optional * (read and do not store), width, length (hh h l ll L j t
+ * z I64) and one of d i o u x X p, a e f g (in either case), s c [set] n %. White space in the format
+ * skips white space; any other character must be the next one. Return the number of fields stored, or
+ * -1 when the input ends before the first, and for a null `stream`, `s` or `format` (EINVAL). Integers
+ * are read as 64-bit values (ERANGE and the nearest limit beyond them) and stored with the low bits that
+ * the object has room for. The stream is locked for the whole call.
+ *
+ * With l, %s, %c and %[ store wide characters, and a width counts these; a sequence that is no
+ * character ends the field (EILSEQ). Differ from ISO C: %[ returns -1, not 0, when the first character
+ * is not in the set; %c that finds fewer characters than its width stores them and counts; of a
+ * floating-point number 36 significant digits are used. A range in a set (a-z) goes by
+ * character code.
+ *
+ * The bounds-checked forms take, after the pointer of each %s, %c and %[, the size of the object as
+ * rsize_t, in elements, terminator included. Violations end the call with -1: EINVAL for null arguments
+ * and a size of 0 or above RSIZE_MAX, ERANGE for a text that does not fit; the object of %s and %[ is
+ * then an empty string.
+ */
+int fscanf(FILE *_VEXRT_RESTRICT stream, const char *_VEXRT_RESTRICT format, ...);
+int vfscanf(FILE *_VEXRT_RESTRICT stream, const char *_VEXRT_RESTRICT format, va_list arg);
+int scanf(const char *_VEXRT_RESTRICT format, ...);
+int vscanf(const char *_VEXRT_RESTRICT format, va_list arg);
+int sscanf(const char *_VEXRT_RESTRICT s, const char *_VEXRT_RESTRICT format, ...);
+int vsscanf(const char *_VEXRT_RESTRICT s, const char *_VEXRT_RESTRICT format, va_list arg);
+int fscanf_s(FILE *_VEXRT_RESTRICT stream, const char *_VEXRT_RESTRICT format, ...);
+int vfscanf_s(FILE *_VEXRT_RESTRICT stream, const char *_VEXRT_RESTRICT format, va_list arg);
+int scanf_s(const char *_VEXRT_RESTRICT format, ...);
+int vscanf_s(const char *_VEXRT_RESTRICT format, va_list arg);
+int sscanf_s(const char *_VEXRT_RESTRICT s, const char *_VEXRT_RESTRICT format, ...);
+int vsscanf_s(const char *_VEXRT_RESTRICT s, const char *_VEXRT_RESTRICT format, va_list arg);
 /* ---- Opening and closing ---- */
 
 /*

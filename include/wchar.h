@@ -54,6 +54,15 @@ int vswprintf_s(wchar_t *_VEXRT_RESTRICT s, rsize_t n, const wchar_t *_VEXRT_RES
 int aswprintf(wchar_t **_VEXRT_RESTRICT ptr, const wchar_t *_VEXRT_RESTRICT format, ...);
 int vaswprintf(wchar_t **_VEXRT_RESTRICT ptr, const wchar_t *_VEXRT_RESTRICT format, va_list arg);
 
+/* ---- Formatted input ---- */
+
+/* As sscanf() and its relatives of <stdio.h>; %s, %c and %[ without l store multibyte characters, for
+   which a width counts the wide ones that are read. */
+int swscanf(const wchar_t *_VEXRT_RESTRICT s, const wchar_t *_VEXRT_RESTRICT format, ...);
+int vswscanf(const wchar_t *_VEXRT_RESTRICT s, const wchar_t *_VEXRT_RESTRICT format, va_list arg);
+int swscanf_s(const wchar_t *_VEXRT_RESTRICT s, const wchar_t *_VEXRT_RESTRICT format, ...);
+int vswscanf_s(const wchar_t *_VEXRT_RESTRICT s, const wchar_t *_VEXRT_RESTRICT format, va_list arg);
+
 /* ---- Strings ---- */
 
 /* As the functions of <string.h> with str or mem in their names; all sizes and counts are numbers of

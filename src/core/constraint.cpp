@@ -12,6 +12,12 @@ void default_constraint_handler(const char *, void *, errno_t) {}
     return code;
 }
 
+int refuse_argument(bool secure) {
+    if (!secure) return fail_with(EINVAL);
+    report_constraint(EINVAL);
+    return -1;
+}
+
 } // namespace vexrt
 
 using namespace vexrt;

@@ -45,6 +45,56 @@ inline constexpr Roles roles;
 
 inline unsigned role_of(unsigned c) { return c < 128 ? roles.of[c] : 0; }
 
+// ---- what both engines read ----
+
+template <typename Char>
+inline bool skip_character(const Char *&at, char c) {
+    if (*at != static_cast<Char>(c)) return false;
+    ++at;
+    return true;
+}
+
+// A number that is spelt out. What is too large becomes the limit.
+template <typename Char>
+unsigned read_number(const Char *&at) {
+    constexpr unsigned limit = 0x7FFFFFFF;
+    unsigned number = 0;
+    for (unsigned digit; (digit = code_of(*at) - '0') < 10; ++at)
+        number = number > (limit - digit) / 10 ? limit : number * 10 + digit;
+    return number;
+}
+
+template <typename Char>
+unsigned read_length(const Char *&at) {
+    unsigned c = code_of(*at);
+    switch (c) {
+    case 'h': ++at; return skip_character(at, 'h') ? 'b' : 'h';
+    case 'l': ++at; return skip_character(at, 'l') ? 'q' : 'l';
+    case 'j':
+    case 't':
+    case 'z':
+    case 'L': ++at; return c;
+    case 'I':
+        if (at[1] != '6' || at[2] != '4') return 0;
+        at += 3;
+        return 'q';
+    default: return 0;
+    }
+}
+
+// Stores an integer in the width that a length asks for.
+inline void store_integer(void *to, unsigned length, uint64_t value) {
+    switch (length) {
+    case 'b': *static_cast<uint8_t *>(to) = static_cast<uint8_t>(value); break;
+    case 'h': *static_cast<uint16_t *>(to) = static_cast<uint16_t>(value); break;
+    case 'q':
+    case 'j': *static_cast<uint64_t *>(to) = value; break;
+    default: *static_cast<uint32_t *>(to) = static_cast<uint32_t>(value);
+    }
+}
+
+// ---- the directives of the output engine ----
+
 template <typename Char>
 class DirectiveReader {
 public:
@@ -59,18 +109,16 @@ public:
         read_width(directive);
         read_precision(directive);
         directive.bare = at_ == start;
-        directive.length = read_length();
+        directive.length = read_length(at_);
     }
 
     const Char *rest() const { return at_; }
     va_list arguments() const { return arguments_; }
 
 private:
-    static constexpr unsigned value_limit = 0x7FFFFFFF; // of a number that is spelt out
-
     void read_width(Directive &directive) {
         if (!skip('*')) {
-            directive.width = read_number();
+            directive.width = read_number(at_);
             return;
         }
         int width = va_arg(arguments_, int);
@@ -80,40 +128,11 @@ private:
 
     void read_precision(Directive &directive) {
         if (!skip('.')) return;
-        int precision = skip('*') ? va_arg(arguments_, int) : static_cast<int>(read_number());
+        int precision = skip('*') ? va_arg(arguments_, int) : static_cast<int>(read_number(at_));
         directive.precision = precision < 0 ? -1 : precision;
     }
 
-    // Digits, none of them 0. What is too large becomes the limit.
-    unsigned read_number() {
-        unsigned number = 0;
-        for (unsigned digit; (digit = code_of(*at_) - '0') < 10; ++at_)
-            number = number > (value_limit - digit) / 10 ? value_limit : number * 10 + digit;
-        return number;
-    }
-
-    unsigned read_length() {
-        unsigned c = code_of(*at_);
-        switch (c) {
-        case 'h': ++at_; return skip('h') ? 'b' : 'h';
-        case 'l': ++at_; return skip('l') ? 'q' : 'l';
-        case 'j':
-        case 't':
-        case 'z':
-        case 'L': ++at_; return c;
-        case 'I':
-            if (at_[1] != '6' || at_[2] != '4') return 0;
-            at_ += 3;
-            return 'q';
-        default: return 0;
-        }
-    }
-
-    bool skip(char c) {
-        if (*at_ != static_cast<Char>(c)) return false;
-        ++at_;
-        return true;
-    }
+    bool skip(char c) { return skip_character(at_, c); }
 
     const Char *at_;
     va_list arguments_;

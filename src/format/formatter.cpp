@@ -320,14 +320,8 @@ bool Formatter<Char>::convert_character() {
 template <typename Char>
 bool Formatter<Char>::store_count() {
     if (secure_) return violation();
-    int count = output_.count();
-    switch (directive_.length) {
-    case 'b': *next_pointer<int8_t>() = static_cast<int8_t>(count); break;
-    case 'h': *next_pointer<int16_t>() = static_cast<int16_t>(count); break;
-    case 'q':
-    case 'j': *next_pointer<int64_t>() = count; break;
-    default: *next_pointer<int32_t>() = count;
-    }
+    store_integer(next_pointer<void>(), directive_.length,
+                  static_cast<uint64_t>(int64_t{output_.count()}));
     return true;
 }
 

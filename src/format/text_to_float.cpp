@@ -249,7 +249,7 @@ Float parse_float(const Char *text, const Char *&end, int power) {
     bool negative = take_sign(at);
     auto magnitude = parse_magnitude<Float>(at, power);
     end = at ? at : text;
-    return negative && magnitude == magnitude ? -magnitude : magnitude; // a NaN has no sign
+    return negative && !__builtin_isnan(magnitude) ? -magnitude : magnitude;
 }
 
 template double parse_float<double>(const char *, const char *&, int);

@@ -5,14 +5,17 @@
 #pragma once
 
 #include "core/errno.h"
+#include "core/thread_record.h"
+#include "locale/locale_record.h"
 
-#include <ctype.h>
 #include <stdint.h>
 #include <wctype.h>
 
 namespace vexrt {
 
-inline bool is_white_space(char c) { return isspace(static_cast<unsigned char>(c)); }
+inline bool is_white_space(char c) {
+    return thread_record().locale->classes[static_cast<unsigned char>(c)] & class_white_space;
+}
 inline bool is_white_space(wchar_t c) { return iswspace(c); }
 
 constexpr unsigned no_digit = 36;

@@ -58,7 +58,7 @@ int isgraph(int c) { return in_class(c, visible); }
 int islower(int c) { return in_class(c, class_lower); }
 int isprint(int c) { return in_class(c, visible | class_blank); }
 int ispunct(int c) { return in_class(c, class_punctuation); }
-int isspace(int c) { return in_class(c, class_space | class_blank); }
+int isspace(int c) { return in_class(c, class_white_space); }
 int isupper(int c) { return in_class(c, class_upper); }
 int isxdigit(int c) { return in_class(c, class_hex_digit); }
 

@@ -19,6 +19,7 @@ enum CharacterClass : unsigned short {
     class_blank = 0x040, // ' '
     class_punctuation = 0x080,
     class_tab = 0x100,
+    class_white_space = class_space | class_blank,
 };
 
 // A table indexed by what the ctype functions take, EOF to 255, and its entry for 0.

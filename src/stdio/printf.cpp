@@ -15,14 +15,6 @@ void *put_to_stream(void *state, const char *text, size_t count) {
     return write_all(text, count, *static_cast<Stream *>(state)) ? state : nullptr;
 }
 
-int refuse_argument(bool secure) {
-    if (secure)
-        report_constraint(EINVAL);
-    else
-        set_errno(EINVAL);
-    return -1;
-}
-
 // The stream stays locked for the whole call, so that no other thread's output comes in between.
 int print(FILE *file, const char *format, va_list list, bool secure) {
     if (!file || !format) return refuse_argument(secure);
