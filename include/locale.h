@@ -45,6 +45,19 @@ _VEXRT_BEGIN
 /* The conventions of the "C" locale. */
 _VEXRT_DATA struct lconv __locale;
 
+/*
+ * Selects a locale for the categories whose bits are in `category`, for the calling thread alone. Names
+ * are "C" (case matters), the two-letter country code of an installed locale in either case ("US",
+ * "de"), "" for the user's default, and what the function returned before: components separated by
+ * semicolons, such as "C;numeric:DE", of which a category takes the one with its prefix ("collate:",
+ * "ctype:", "monetary:", "numeric:", "time:"), else the first without any.
+ *
+ * Returns the name of the thread's whole locale, valid until the next change; with a null `locale` it
+ * changes nothing and, unlike ISO C, returns the same whatever `category` is. Null for other bits in
+ * `category`, a name that is none, and without memory; nothing has changed then.
+ */
+char *setlocale(int category, const char *locale);
+
 /* Returns the address of __locale: the conventions of the "C" locale, whatever locale is in force.
    Differs from ISO C in that it never follows the current locale. */
 struct lconv *localeconv(void);

@@ -2,6 +2,7 @@
 #ifndef _STDIO_H
 #define _STDIO_H
 
+#include <_file.h>
 #include <_off_t.h>
 #include <_va_list.h>
 #include <_vexrt.h>
@@ -25,11 +26,6 @@
 #define SEEK_CUR 1
 #define SEEK_END 2
 #endif
-
-/* A stream. The members are the library's own. */
-typedef struct _FILE {
-    unsigned int __state[20];
-} FILE;
 
 /* A position in a stream: byte offset and conversion state. */
 typedef struct {

@@ -94,6 +94,17 @@ int strncmp(const char *s1, const char *s2, size_t n);
 int _stricmp(const char *s1, const char *s2);
 int _strnicmp(const char *s1, const char *s2, size_t n);
 
+/*
+ * Compares two strings as the thread's locale sorts: by code in "C", else by the rank that the system
+ * gives each byte. Bytes that the system does not sort by do not count; bytes that it sorts alike (such
+ * as the two cases of a letter) are equal.
+ */
+int strcoll(const char *s1, const char *s2);
+
+/* Transforms `s2` so that strcmp() of two results is what strcoll() is of their sources. Writes at most
+   `n` bytes, and returns the length of the whole result without its terminator. */
+size_t strxfrm(char *_VEXRT_RESTRICT s1, const char *_VEXRT_RESTRICT s2, size_t n);
+
 /* ---- Searching strings ---- */
 
 /* The first and the last `c` in a string, its terminator included, or null. */

@@ -2,6 +2,7 @@
 #ifndef _WCHAR_H
 #define _WCHAR_H
 
+#include <_file.h>
 #include <_mbstate.h>
 #include <_va_list.h>
 #include <_vexrt.h>
@@ -54,6 +55,16 @@ int vswprintf_s(wchar_t *_VEXRT_RESTRICT s, rsize_t n, const wchar_t *_VEXRT_RES
 int aswprintf(wchar_t **_VEXRT_RESTRICT ptr, const wchar_t *_VEXRT_RESTRICT format, ...);
 int vaswprintf(wchar_t **_VEXRT_RESTRICT ptr, const wchar_t *_VEXRT_RESTRICT format, va_list arg);
 
+/* As fprintf() and its relatives of <stdio.h>. */
+int fwprintf(FILE *_VEXRT_RESTRICT stream, const wchar_t *_VEXRT_RESTRICT format, ...);
+int vfwprintf(FILE *_VEXRT_RESTRICT stream, const wchar_t *_VEXRT_RESTRICT format, va_list arg);
+int wprintf(const wchar_t *_VEXRT_RESTRICT format, ...);
+int vwprintf(const wchar_t *_VEXRT_RESTRICT format, va_list arg);
+int fwprintf_s(FILE *_VEXRT_RESTRICT stream, const wchar_t *_VEXRT_RESTRICT format, ...);
+int vfwprintf_s(FILE *_VEXRT_RESTRICT stream, const wchar_t *_VEXRT_RESTRICT format, va_list arg);
+int wprintf_s(const wchar_t *_VEXRT_RESTRICT format, ...);
+int vwprintf_s(const wchar_t *_VEXRT_RESTRICT format, va_list arg);
+
 /* ---- Formatted input ---- */
 
 /* As sscanf() and its relatives of <stdio.h>; %s, %c and %[ without l store multibyte characters, for
@@ -62,6 +73,54 @@ int swscanf(const wchar_t *_VEXRT_RESTRICT s, const wchar_t *_VEXRT_RESTRICT for
 int vswscanf(const wchar_t *_VEXRT_RESTRICT s, const wchar_t *_VEXRT_RESTRICT format, va_list arg);
 int swscanf_s(const wchar_t *_VEXRT_RESTRICT s, const wchar_t *_VEXRT_RESTRICT format, ...);
 int vswscanf_s(const wchar_t *_VEXRT_RESTRICT s, const wchar_t *_VEXRT_RESTRICT format, va_list arg);
+int fwscanf(FILE *_VEXRT_RESTRICT stream, const wchar_t *_VEXRT_RESTRICT format, ...);
+int vfwscanf(FILE *_VEXRT_RESTRICT stream, const wchar_t *_VEXRT_RESTRICT format, va_list arg);
+int wscanf(const wchar_t *_VEXRT_RESTRICT format, ...);
+int vwscanf(const wchar_t *_VEXRT_RESTRICT format, va_list arg);
+int fwscanf_s(FILE *_VEXRT_RESTRICT stream, const wchar_t *_VEXRT_RESTRICT format, ...);
+int vfwscanf_s(FILE *_VEXRT_RESTRICT stream, const wchar_t *_VEXRT_RESTRICT format, va_list arg);
+int wscanf_s(const wchar_t *_VEXRT_RESTRICT format, ...);
+int vwscanf_s(const wchar_t *_VEXRT_RESTRICT format, va_list arg);
+
+/* ---- Wide streams ---- */
+
+/*
+ * A stream is oriented by its first transfer: to bytes by the functions of <stdio.h>, to wide characters
+ * by these. A function of the other orientation fails and sets the error indicator. A wide stream holds
+ * multibyte characters of the thread's locale; one that was opened with an encoding ("r,ccs=UTF-8") or
+ * whose descriptor is in a Unicode text mode when a transfer begins holds that encoding, and transfers
+ * every UTF-16 unit, a surrogate included.
+ */
+
+/* The next character. WEOF at the end of the file, and with the error indicator and EILSEQ where the
+   bytes are no character, which they are left in front of. */
+wint_t fgetwc(FILE *stream);
+wint_t getwc(FILE *stream);
+wint_t getwchar(void);
+
+/* Write a character; getwchar() and putwchar() use stdin and stdout. Return it, or WEOF with the error
+   indicator; EILSEQ when the encoding has no such character. */
+wint_t fputwc(wchar_t c, FILE *stream);
+wint_t putwc(wchar_t c, FILE *stream);
+wint_t putwchar(wchar_t c);
+
+/* Pushes a character back, to be read next; two fit. WEOF for a third, for WEOF, and on a stream that is
+   not readable or is being written. */
+wint_t ungetwc(wint_t c, FILE *stream);
+
+/* As fgets() and fputs() of <stdio.h>; `n` counts wide characters. */
+wchar_t *fgetws(wchar_t *_VEXRT_RESTRICT s, int n, FILE *_VEXRT_RESTRICT stream);
+int fputws(const wchar_t *_VEXRT_RESTRICT s, FILE *_VEXRT_RESTRICT stream);
+
+/* As getline() and getdelim() of <stdio.h>; *n and the result count wide characters. */
+ssize_t getwline(wchar_t **_VEXRT_RESTRICT lineptr, size_t *_VEXRT_RESTRICT n,
+                 FILE *_VEXRT_RESTRICT stream);
+ssize_t getwdelim(wchar_t **_VEXRT_RESTRICT lineptr, size_t *_VEXRT_RESTRICT n, wint_t delimiter,
+                  FILE *_VEXRT_RESTRICT stream);
+
+/* Orients a stream that has no orientation yet: to wide characters for a `mode` above 0, to bytes below.
+   Returns 1 for a wide stream, -1 for one of bytes, 0 for one that has none. */
+int fwide(FILE *stream, int mode);
 
 /* ---- Strings ---- */
 
@@ -94,6 +153,10 @@ int wcscmp(const wchar_t *s1, const wchar_t *s2);
 int wcsncmp(const wchar_t *s1, const wchar_t *s2, size_t n);
 int _wcsicmp(const wchar_t *s1, const wchar_t *s2);
 int _wcsnicmp(const wchar_t *s1, const wchar_t *s2, size_t n);
+
+/* As strcoll() and strxfrm(), but a loaded locale compares by the system's collation of its language. */
+int wcscoll(const wchar_t *s1, const wchar_t *s2);
+size_t wcsxfrm(wchar_t *_VEXRT_RESTRICT s1, const wchar_t *_VEXRT_RESTRICT s2, size_t n);
 
 wchar_t *wcschr(const wchar_t *s, wchar_t c);
 wchar_t *wcsrchr(const wchar_t *s, wchar_t c);

@@ -255,20 +255,14 @@ Scanner<char>::Outcome Scanner<char>::put_converted(int c, mbstate_t &state, Acc
     constexpr unsigned longest = 8;
     char bytes[longest];
     unsigned count = 0;
-    int error = thread_record().error_number;
-    while (c >= 0 && accept(c)) {
+    while (c >= 0 && accept(c) && count < longest) {
         bytes[count++] = static_cast<char>(c);
-        mbstate_t trial = state;
         wchar_t wc;
-        if (decode_character(&wc, bytes, count, trial) >= 0) {
-            set_errno(error);
-            state = trial;
-            return put(wc);
-        }
-        if (count == longest) break;
-        c = input_.get();
+        int used = take_character(wc, bytes, count, state);
+        if (used > 0) return put(wc);
+        c = used == incomplete_sequence ? input_.get() : -1;
     }
-    if (count < longest) input_.unget(c);
+    input_.unget(c);
     while (count > 0) input_.unget(static_cast<unsigned char>(bytes[--count]));
     set_errno(EILSEQ);
     return matching_failure;

@@ -197,6 +197,32 @@ Transfer read_utf8_text(Descriptor &descriptor, void *buffer, unsigned count) {
     return done;
 }
 
+// What is pending is delivered ahead of the console's units and translated with them. A CR at the
+// end passes through: a look at what comes next would wait for the user.
+Transfer read_console(Descriptor &descriptor, void *buffer, unsigned count) {
+    auto *bytes = static_cast<unsigned char *>(buffer);
+    unsigned delivered = deliver_pending(descriptor, bytes, count);
+    auto *units = static_cast<wchar_t *>(buffer);
+    DWORD made = 0, error = ERROR_SUCCESS;
+    if (!ReadConsoleW(descriptor.osfhandle, bytes + delivered,
+                      (count - delivered) / sizeof(wchar_t), &made, nullptr))
+        error = GetLastError();
+    const wchar_t *from = units, *end = units + delivered / sizeof(wchar_t) + made;
+    wchar_t *to = units;
+    while (from < end && *from != ctrl_z) {
+        if (*from == carriage_return && from + 1 < end && from[1] == line_feed) ++from;
+        *to++ = *from++;
+    }
+    if (from < end) descriptor.flags |= FD_EOF;
+    return {static_cast<unsigned>(to - units) * static_cast<unsigned>(sizeof(wchar_t)), error};
+}
+
+Transfer read_unicode_text(Descriptor &descriptor, void *buffer, unsigned count) {
+    if (descriptor.is_console()) return read_console(descriptor, buffer, count);
+    return descriptor.encoding == encoding_utf8 ? read_utf8_text(descriptor, buffer, count)
+                                                : read_utf16_text(descriptor, buffer, count);
+}
+
 int result_of(const Transfer &done) {
     if (done.count || !done.error) return static_cast<int>(done.count);
     if (done.error == ERROR_ACCESS_DENIED) return fail_with(EBADF);
@@ -214,9 +240,7 @@ int read_worker(Descriptor &descriptor, void *buffer, unsigned count) {
     if (descriptor.encoding == encoding_ansi)
         return result_of(read_ansi_text(descriptor, buffer, count));
     if (count % sizeof(wchar_t)) return fail_with(EINVAL);
-    return result_of(descriptor.encoding == encoding_utf8
-                         ? read_utf8_text(descriptor, buffer, count)
-                         : read_utf16_text(descriptor, buffer, count));
+    return result_of(read_unicode_text(descriptor, buffer, count));
 }
 
 } // namespace vexrt

@@ -19,6 +19,7 @@
 #include "platform/kernel32.h"
 
 #include <stdint.h>
+#include <string.h>
 
 namespace vexrt {
 
@@ -225,6 +226,25 @@ int decode_by_mode(wchar_t *to, const char *s, size_t n, mbstate_t &state) {
     case mode_code_page: return decode_code_page(to, s, n, locale.code_page);
     default: return decode_by_tables(to, bytes, n, state, locale.decode);
     }
+}
+
+int take_character_by_mode(wchar_t &to, const char *s, size_t n, mbstate_t &state) {
+    if (n == 0) return incomplete_sequence;
+    if (state.__flags & raw_two_bytes) {
+        if (n < 2) return incomplete_sequence;
+        memcpy(&to, s, 2);
+        return 2;
+    }
+    const LocaleRecord &locale = *thread_record().locale;
+    bool two_bytes = mode_word(locale) == mode_code_page && *s &&
+                     IsDBCSLeadByteEx(locale.code_page, static_cast<BYTE>(*s));
+    if (two_bytes && n < 2) return incomplete_sequence;
+    mbstate_t trial = state;
+    int used = decode_by_mode(&to, s, n, trial);
+    if (used < 0) return used;
+    state = trial;
+    if (two_bytes) return 2;
+    return used ? used : static_cast<int>(static_cast<const char *>(memchr(s, '\0', n)) - s) + 1;
 }
 
 int encode_by_mode(char *to, wchar_t wc, mbstate_t &state) {

@@ -39,6 +39,22 @@ inline int decode_character(wchar_t *to, const char *s, size_t n, mbstate_t &sta
     return decode_by_mode(to, s, n, state);
 }
 
+/*
+ * Decodes a character for those that read texts: as decode_character(), but returns the bytes that
+ * the character really takes, the terminator's included, so never 0; incomplete_sequence for a lead
+ * byte alone, too, and then leaves the state as it was; and knows every raw unit.
+ */
+int take_character_by_mode(wchar_t &to, const char *s, size_t n, mbstate_t &state);
+
+inline int take_character(wchar_t &to, const char *s, size_t n, mbstate_t &state) {
+    bool plain = !(state.__flags & raw_two_bytes) && !state.__state && state.__value <= 0xFF;
+    if (n && plain && byte_is_character(*thread_record().locale)) {
+        to = static_cast<unsigned char>(*s);
+        return 1;
+    }
+    return take_character_by_mode(to, s, n, state);
+}
+
 // Encodes `wc` into `to`, which has room for multibyte_limit bytes. Returns the bytes written or
 // invalid_sequence with errno EILSEQ.
 inline int encode_character(char *to, wchar_t wc, mbstate_t &state) {

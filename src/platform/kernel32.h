@@ -194,10 +194,47 @@ VEXRT_IMPORT BOOL __stdcall SetStdHandle(DWORD, HANDLE);
 VEXRT_IMPORT BOOL __stdcall GetConsoleMode(HANDLE, DWORD *);
 VEXRT_IMPORT UINT __stdcall GetConsoleCP();
 VEXRT_IMPORT UINT __stdcall GetConsoleOutputCP();
+VEXRT_IMPORT BOOL __stdcall ReadConsoleW(HANDLE, void *, DWORD, DWORD *done, void *);
 VEXRT_IMPORT BOOL __stdcall WriteConsoleW(HANDLE, const void *, DWORD, DWORD *done, void *);
 VEXRT_IMPORT int __stdcall MultiByteToWideChar(UINT, DWORD, const char *, int, wchar_t *, int);
 VEXRT_IMPORT int __stdcall WideCharToMultiByte(UINT, DWORD, const wchar_t *, int, char *, int,
                                                const char *, BOOL *);
 VEXRT_IMPORT BOOL __stdcall IsDBCSLeadByteEx(UINT code_page, BYTE);
+
+// Locales.
+using LCID = DWORD;
+using LCTYPE = DWORD;
+using LocaleEnumeration = BOOL(__stdcall *)(char *identifier);
+VEXRT_IMPORT BOOL __stdcall EnumSystemLocalesA(LocaleEnumeration, DWORD flags);
+VEXRT_IMPORT LCID __stdcall GetUserDefaultLCID();
+VEXRT_IMPORT int __stdcall GetLocaleInfoA(LCID, LCTYPE, char *, int size);
+VEXRT_IMPORT BOOL __stdcall GetStringTypeExA(LCID, DWORD type, const char *, int length, WORD *);
+VEXRT_IMPORT int __stdcall LCMapStringA(LCID, DWORD flags, const char *, int length, char *,
+                                        int size);
+VEXRT_IMPORT int __stdcall LCMapStringW(LCID, DWORD flags, const wchar_t *, int length, wchar_t *,
+                                        int size);
+VEXRT_IMPORT int __stdcall CompareStringW(LCID, DWORD flags, const wchar_t *, int length,
+                                          const wchar_t *, int other_length);
+
+constexpr DWORD LCID_INSTALLED = 1;
+constexpr DWORD LCMAP_LOWERCASE = 0x100, LCMAP_UPPERCASE = 0x200, LCMAP_SORTKEY = 0x400;
+constexpr DWORD CT_CTYPE1 = 1;
+constexpr WORD C1_UPPER = 0x01, C1_LOWER = 0x02, C1_DIGIT = 0x04, C1_SPACE = 0x08, C1_PUNCT = 0x10,
+               C1_CNTRL = 0x20, C1_XDIGIT = 0x80;
+constexpr int CSTR_EQUAL = 2;
+
+constexpr LCTYPE LOCALE_SDECIMAL = 0x0E, LOCALE_STHOUSAND = 0x0F, LOCALE_SGROUPING = 0x10,
+                 LOCALE_SCURRENCY = 0x14, LOCALE_SINTLSYMBOL = 0x15, LOCALE_SMONDECIMALSEP = 0x16,
+                 LOCALE_SMONTHOUSANDSEP = 0x17, LOCALE_SMONGROUPING = 0x18,
+                 LOCALE_ICURRDIGITS = 0x19, LOCALE_IINTLCURRDIGITS = 0x1A, LOCALE_SSHORTDATE = 0x1F,
+                 LOCALE_S1159 = 0x28, LOCALE_S2359 = 0x29, LOCALE_SDAYNAME1 = 0x2A,
+                 LOCALE_SABBREVDAYNAME1 = 0x31, LOCALE_SMONTHNAME1 = 0x38,
+                 LOCALE_SABBREVMONTHNAME1 = 0x44, LOCALE_SPOSITIVESIGN = 0x50,
+                 LOCALE_SNEGATIVESIGN = 0x51, LOCALE_IPOSSIGNPOSN = 0x52,
+                 LOCALE_INEGSIGNPOSN = 0x53, LOCALE_IPOSSYMPRECEDES = 0x54,
+                 LOCALE_IPOSSEPBYSPACE = 0x55, LOCALE_INEGSYMPRECEDES = 0x56,
+                 LOCALE_INEGSEPBYSPACE = 0x57, LOCALE_SISO3166CTRYNAME = 0x5A,
+                 LOCALE_STIMEFORMAT = 0x1003, LOCALE_IDEFAULTANSICODEPAGE = 0x1004,
+                 LOCALE_RETURN_NUMBER = 0x20000000;
 
 } // namespace vexrt

@@ -4,16 +4,18 @@
 #include "heap/heap.h"
 #include "io/io.h"
 #include "stdio/stream_table.h"
+#include "stdio/wide.h"
 
 #include <io.h>
+#include <string.h>
 
 namespace vexrt {
 
 namespace {
 
 // Text is written to a descriptor in pieces whose translation fits one chunk there, so that the
-// chunk boundaries, where a byte would be passed over, never fall inside.
-constexpr unsigned text_piece = 1023;
+// chunk boundaries, where a character would be passed over, never fall inside: bytes, by encoding.
+constexpr unsigned text_pieces[] = {1023, 510, 1022};
 
 constexpr uint32_t buffering = SF_LINEBUF | SF_NOBUF;
 
@@ -30,14 +32,61 @@ void provide_buffer(Stream &s) {
     s.end = buffer + automatic_buffer_size;
 }
 
+// At the first write of a stream.
+void start_writing(Stream &s) {
+    if ((s.flags & buffering) || s.base != s.inline_buf) return;
+    register_close_at_exit();
+    provide_buffer(s);
+    s.pos = s.base;
+}
+
+// The length of the first piece of a text. A pair of surrogates is not cut.
+unsigned first_piece(const Stream &s, const char *from, unsigned count) {
+    Descriptor *descriptor = open_descriptor(s.fd);
+    if (!descriptor || !descriptor->is_text()) return count;
+    unsigned piece = text_pieces[descriptor->encoding];
+    if (count <= piece) return count;
+    bool cut =
+        descriptor->encoding != encoding_ansi && ends_with_high_surrogate(from, from + piece);
+    return cut ? piece - 2 : piece;
+}
+
+// What differs between transfers of bytes and of wide characters.
+struct Side {
+    uint32_t own, other; // orientation
+    char *Stream::*read_end;
+};
+constexpr Side byte_side = {SF_BYTE, SF_WIDE, &Stream::read_end};
+constexpr Side wide_side = {SF_WIDE, SF_BYTE, &Stream::wide_read_end};
+
+template <const Side &side>
 int wrong_direction(Stream &s) {
-    s.flags |= SF_ERR | (s.flags & SF_WIDE ? 0u : SF_BYTE);
+    s.flags |= SF_ERR | (s.flags & side.other ? 0u : side.own);
     return -1;
 }
 
-bool is_text(const Stream &s) {
-    Descriptor *descriptor = open_descriptor(s.fd);
-    return descriptor && descriptor->is_text();
+template <const Side &side>
+int fill_side(Stream &s) {
+    if (s.pos < s.*side.read_end) return 1;
+    if (s.flags & SF_EOF) return 0;
+    if ((s.flags & (SF_READ | SF_WRITING | side.other)) != SF_READ) return wrong_direction<side>(s);
+    provide_buffer(s);
+    s.pos = s.read_end = s.put_limit = s.wide_read_end = s.wide_put_limit = s.base;
+    auto size = static_cast<unsigned>(s.end - s.base);
+    if (side.own == SF_WIDE && takes_units(s)) size &= ~1u;
+    int count = size ? read_below(s, s.base, size) : -1;
+    s.flags |= side.own;
+    if (count > 0) {
+        s.flags |= SF_READING;
+        s.*side.read_end += count;
+        return 1;
+    }
+    if (count < 0) {
+        s.flags |= SF_ERR;
+        return -1;
+    }
+    s.flags = (s.flags & ~static_cast<uint32_t>(SF_READING)) | SF_EOF;
+    return 0;
 }
 
 } // namespace
@@ -55,49 +104,54 @@ int write_below(Stream &s, const char *from, unsigned count) {
         auto &custom = static_cast<CustomStream &>(s);
         return custom.write_fn(&custom, from, count);
     }
-    if (count > text_piece && is_text(s)) count = text_piece;
+    if (count > text_pieces[encoding_utf8]) count = first_piece(s, from, count);
     return _write(s.fd, from, count);
 }
 
-int fill(Stream &s) {
-    if (s.pos < s.read_end) return 1;
-    if (s.flags & SF_EOF) return 0;
-    if ((s.flags & (SF_READ | SF_WRITING | SF_WIDE)) != SF_READ) return wrong_direction(s);
-    provide_buffer(s);
-    s.pos = s.read_end = s.put_limit = s.base;
-    int count = read_below(s, s.base, static_cast<unsigned>(s.end - s.base));
-    s.flags |= SF_BYTE;
-    if (count > 0) {
-        s.flags |= SF_READING;
-        s.read_end += count;
-        return 1;
-    }
-    if (count < 0) {
-        s.flags |= SF_ERR;
-        return -1;
-    }
-    s.flags = (s.flags & ~static_cast<uint32_t>(SF_READING)) | SF_EOF;
-    return 0;
-}
+int fill(Stream &s) { return fill_side<byte_side>(s); }
+int wide_fill(Stream &s) { return fill_side<wide_side>(s); }
 
 int make_room(Stream &s) {
     if (s.pos < s.put_limit) return 0;
-    if ((s.flags & (SF_WRITE | SF_READING | SF_WIDE)) != SF_WRITE) return wrong_direction(s);
+    if ((s.flags & (SF_WRITE | SF_READING | SF_WIDE)) != SF_WRITE)
+        return wrong_direction<byte_side>(s);
     constexpr uint32_t writing_bytes = SF_WRITING | SF_BYTE;
     if ((s.flags & writing_bytes) == writing_bytes && s.pos >= s.end && flush(s) != 0) return -1;
-    if (!(s.flags & buffering) && s.base == s.inline_buf) {
-        register_close_at_exit();
-        provide_buffer(s);
-        s.pos = s.base;
-    }
+    start_writing(s);
     s.read_end = s.base;
     s.put_limit = s.end;
     s.flags |= SF_WRITING | SF_BYTE;
     return 0;
 }
 
+// Units are not cut, and the first half of a pair of surrogates waits for the second.
+int make_wide_room(Stream &s, unsigned size) {
+    if (s.wide_put_limit - s.pos >= static_cast<int>(size)) return 0;
+    if ((s.flags & (SF_WRITE | SF_READING | SF_BYTE)) != SF_WRITE)
+        return wrong_direction<wide_side>(s);
+    if (s.flags & SF_WRITING && s.end - s.pos < static_cast<int>(size)) {
+        bool half = takes_units(s) && ends_with_high_surrogate(s.base, s.pos);
+        char waiting[2];
+        if (half) memcpy(waiting, s.pos -= 2, 2);
+        if (flush(s) != 0) return -1;
+        if (half) {
+            memcpy(s.pos, waiting, 2);
+            s.pos += 2;
+        }
+    }
+    start_writing(s);
+    s.wide_read_end = s.base;
+    s.wide_put_limit = s.end;
+    s.flags |= SF_WRITING | SF_WIDE;
+    return 0;
+}
+
 int flush(Stream &s) {
     if (!(s.flags & SF_WRITING)) return 0;
+    if (takes_units(s) && s.conv_state.__value) {
+        wchar_t unit = take_held_unit(s);
+        write_below(s, reinterpret_cast<const char *>(&unit), sizeof unit);
+    }
     for (char *from = s.base; from < s.pos;) {
         int count = write_below(s, from, static_cast<unsigned>(s.pos - from));
         if (count < 1) {

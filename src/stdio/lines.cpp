@@ -1,26 +1,16 @@
 // Lines and strings. Within the buffer a line is found and copied as a block; only its edges go
 // byte by byte.
 
+#include "stdio/lines.h"
 #include "core/constraint.h"
 #include "core/errno.h"
-#include "heap/heap.h"
 #include "stdio/stream_table.h"
 
 #include <limits.h>
-#include <stdlib.h>
 #include <string.h>
 
 namespace vexrt {
 
-namespace {
-
-// What a read up to a delimiter came to.
-struct LineRead {
-    size_t length;  // bytes stored, the delimiter included
-    bool delimited; // the delimiter was met
-};
-
-// Stores bytes up to and including `delimiter`, at most `room` of them.
 LineRead read_until(Stream &s, char *to, size_t room, int delimiter) {
     size_t length = 0;
     while (length < room) {
@@ -41,57 +31,11 @@ LineRead read_until(Stream &s, char *to, size_t room, int delimiter) {
     return {length, false};
 }
 
-// Failed: nothing was read before the end, or an error came. The error of an earlier call does not
-// count.
-bool failed(const LineRead &line, const Stream &s, uint32_t flags_before) {
-    return line.length == 0 || (s.flags & ~flags_before & SF_ERR);
-}
-
-char *get_line(Stream &s, char *to, size_t room) {
-    uint32_t before = s.flags;
-    LineRead line = read_until(s, to, room, '\n');
-    if (room && failed(line, s, before)) return nullptr;
-    to[line.length] = '\0';
-    return to;
-}
+namespace {
 
 bool put_string(const char *text, Stream &s) {
     LentBuffer lent(s);
     return write_all(text, strlen(text), s);
-}
-
-// Sees to room for `needed` bytes in the caller's block. errno is set where it fails.
-bool reserve(char *&block, size_t &capacity, size_t needed) {
-    constexpr size_t first_capacity = 128;
-    if (block && needed <= capacity) return true;
-    if (needed > INT_MAX) {
-        set_errno(ERANGE);
-        return false;
-    }
-    size_t wanted = block && capacity ? capacity : first_capacity;
-    while (wanted < needed) wanted *= 2;
-    char *grown = static_cast<char *>(realloc(block, wanted));
-    if (!grown) return false;
-    block = grown;
-    capacity = wanted;
-    return true;
-}
-
-ssize_t get_delimited(Stream &s, char *&block, size_t &capacity, int delimiter) {
-    uint32_t before = s.flags;
-    size_t length = 0;
-    if (!block) capacity = 0;
-    for (;;) {
-        if (!reserve(block, capacity, length + 2)) return -1;
-        LineRead part = read_until(s, block + length, capacity - length - 1, delimiter);
-        length += part.length;
-        bool full = length == capacity - 1;
-        if (part.delimited || !full) {
-            if (failed({length, part.delimited}, s, before)) return -1;
-            block[length] = '\0';
-            return static_cast<ssize_t>(length);
-        }
-    }
 }
 
 // The rest of a line that did not fit is read and dropped.

@@ -6,6 +6,7 @@
 #include "core/errno.h"
 #include "io/io.h"
 #include "stdio/stream_table.h"
+#include "stdio/wide.h"
 
 #include <io.h>
 #include <limits.h>
@@ -14,24 +15,64 @@ namespace vexrt {
 
 namespace {
 
+// UTF-16 units in the encoding of the descriptor; half of a pair of surrogates takes two bytes of
+// UTF-8.
+int64_t encoded_size(const wchar_t *from, const wchar_t *to, unsigned char encoding) {
+    int64_t size = 0;
+    for (; from < to; ++from) {
+        bool surrogate = (*from & 0xF800) == 0xD800;
+        int bytes = encoding != encoding_utf8    ? 2
+                    : *from < 0x80               ? 1
+                    : *from < 0x800 || surrogate ? 2
+                                                 : 3;
+        size += *from == L'\n' ? bytes + (encoding == encoding_utf8 ? 1 : 2) : bytes;
+    }
+    return size;
+}
+
+Descriptor *descriptor_of(const Stream &s) {
+    return s.is_custom() ? nullptr : open_descriptor(s.fd);
+}
+
 int64_t bytes_in_file(const Stream &s, const char *from, const char *to) {
     if (to <= from) return 0;
+    Descriptor *descriptor = descriptor_of(s);
+    if (s.flags & SF_WIDE && takes_units(s) && descriptor)
+        return encoded_size(reinterpret_cast<const wchar_t *>(from),
+                            reinterpret_cast<const wchar_t *>(to), descriptor->encoding);
     int64_t count = to - from;
     if (s.flags & (SF_BINARY | SF_CUSTOM)) return count; // nothing is translated
     for (; from < to; ++from) count += *from == '\n';
     return count;
 }
 
+// What was pushed back in wide characters.
+int64_t wide_pushback_size(const Stream &s) {
+    const wchar_t *end = s.wunget_area + 2;
+    if (takes_units(s))
+        return bytes_in_file(s, reinterpret_cast<const char *>(s.wunget_ptr),
+                             reinterpret_cast<const char *>(end));
+    int64_t size = 0;
+    mbstate_t state = s.conv_state;
+    char bytes[multibyte_limit];
+    for (const wchar_t *at = s.wunget_ptr; at < end; ++at) {
+        int length = encode_character(bytes, *at, state);
+        if (length > 0) size += bytes_in_file(s, bytes, bytes + length);
+    }
+    return size;
+}
+
 // A CR at the very end of what was read is in no buffer, but the descriptor stands behind it.
-bool dropped_return(const Stream &s) {
-    Descriptor *descriptor = s.is_custom() ? nullptr : open_descriptor(s.fd);
-    return descriptor && descriptor->dropped_return;
+int64_t dropped_return(const Stream &s) {
+    Descriptor *descriptor = descriptor_of(s);
+    if (!descriptor || !descriptor->dropped_return) return 0;
+    return descriptor->encoding == encoding_utf16le ? 2 : 1;
 }
 
 int64_t unread_bytes(const Stream &s) {
     const char *read_end = s.saved_read_end ? s.saved_read_end : s.read_end;
     return bytes_in_file(s, s.unget_ptr, s.inline_buf) + bytes_in_file(s, s.pos, read_end) +
-           bytes_in_file(s, s.pos, s.wide_read_end) + dropped_return(s);
+           bytes_in_file(s, s.pos, s.wide_read_end) + wide_pushback_size(s) + dropped_return(s);
 }
 
 bool is_usable(const Stream &s) { return s.flags & (SF_READ | SF_WRITE); }

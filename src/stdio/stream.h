@@ -87,7 +87,9 @@ public:
 
 // Transfers. `fill`: 1 bytes available, 0 end of file, -1 error. `make_room`, `flush`: 0 or -1.
 int fill(Stream &stream);
+int wide_fill(Stream &stream);
 int make_room(Stream &stream);
+int make_wide_room(Stream &stream, unsigned size); // for that many bytes at once
 int flush(Stream &stream);
 int flush_all();
 int get_byte_slow(Stream &stream);
