@@ -30,5 +30,23 @@ column    count          least       greatest           mean      deviation
      3        1              7              7              7              0
 status 0"
 done
+
+# recode against the machine's own converter: FROM TO, and their names there
+python3 - <<'PY' >text.utf8
+for i in range(300):
+    print(i, "x" * (i % 37), "äöü ß" * (i % 7), "é" * (i % 3), sep="\r\n" if i % 50 == 0 else " ", end="\r\n")
+PY
+for pair in "UTF-8 DE UTF-8 CP1252" "DE UTF-8 CP1252 UTF-8" "UTF-8 UTF-16LE UTF-8 UTF-16LE" "UTF-16LE JP UTF-16LE CP932" \
+    "JP UTF-8 CP932 UTF-8" "RU UTF-16LE CP1251 UTF-16LE"; do
+    set -- $pair
+    case $pair in *JP*) sed 's/[äöüßé]/ねこ漢字/g' text.utf8 ;; *RU*) sed 's/[äöüßé]/щы/g' text.utf8 ;; *) cat text.utf8 ;; esac >source
+    iconv -f UTF-8 -t "$3" source >input
+    iconv -f UTF-8 -t "$4" source >due
+    case $2 in UTF-8) printf '\357\273\277' | cat - due >marked ;; UTF-16LE) printf '\377\376' | cat - due >marked ;; *) cp due marked ;; esac
+    if "$bin/vexrun" recode.exe "$1" input "$2" output && cmp output marked; then passed=$((passed + 1)); else
+        failed=$((failed + 1))
+        echo "recode $1 $2 differs from iconv"
+    fi
+done
 echo "$passed passed, $failed failed"
 [ "$failed" -eq 0 ]
