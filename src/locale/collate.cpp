@@ -49,7 +49,8 @@ size_t transform_codes(Char *to, const Char *from, size_t length, size_t size) {
 
 bool system_collates(const LocaleRecord &locale) { return locale.wide_collation[0]; }
 
-// The system's sort key, byte by byte in wide characters; one more than each, since a key may hold 0.
+// The system's sort key, byte by byte in wide characters; one more than each, since a key may hold
+// 0.
 size_t transform_by_system(wchar_t *to, const wchar_t *from, size_t size, LCID lcid) {
     int needed = LCMapStringW(lcid, LCMAP_SORTKEY, from, -1, nullptr, 0);
     auto *key = needed > 0

@@ -121,9 +121,9 @@ int encode_utf8(char *to, unsigned wc) {
 // The result is the number of wide characters, 1 even for a character of two bytes.
 int decode_code_page(wchar_t *to, const char *s, size_t n, UINT code_page) {
     if (n == 0) return incomplete_sequence;
-    if (*s == '\0') {
-        if (to) *to = L'\0';
-        return 0;
+    if (auto byte = static_cast<unsigned char>(*s); byte < 0x80) {
+        if (to) *to = byte;
+        return byte != 0;
     }
     int size = n > 1 && IsDBCSLeadByteEx(code_page, static_cast<BYTE>(*s)) ? 2 : 1;
     int made = MultiByteToWideChar(code_page, MB_PRECOMPOSED | MB_ERR_INVALID_CHARS, s, size, to,
@@ -132,6 +132,10 @@ int decode_code_page(wchar_t *to, const char *s, size_t n, UINT code_page) {
 }
 
 int encode_code_page(char *to, wchar_t wc, UINT code_page) {
+    if (wc < 0x80) {
+        *to = static_cast<char>(wc);
+        return 1;
+    }
     BOOL replaced = false;
     int size = WideCharToMultiByte(code_page, 0, &wc, 1, to, multibyte_limit, nullptr, &replaced);
     return size == 0 || replaced ? invalid() : size;

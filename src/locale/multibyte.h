@@ -5,8 +5,14 @@
 #include "locale/locale_record.h"
 
 #include <_mbstate.h>
+#include <stdint.h>
 
 namespace vexrt {
+
+// Whether the codes below 0x80 are single bytes of the same value: in UTF-8 and in every code page.
+inline bool has_ascii(const LocaleRecord &locale) {
+    return reinterpret_cast<uintptr_t>(locale.decode[0]) <= 1;
+}
 
 constexpr unsigned short raw_two_bytes = 0x8000; // mbstate_t::__flags: whatever the locale
 

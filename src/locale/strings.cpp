@@ -4,6 +4,7 @@
 #include "core/errno.h"
 #include "locale/multibyte.h"
 #include "locale/own_state.h"
+#include "locale/plain_run.h"
 
 #include <stdint.h>
 #include <stdlib.h>
@@ -21,7 +22,14 @@ constexpr size_t no_limit = 0x7FFFFFFF; // of the bytes that may be read
 // `failed`. `from` is then behind the last one; null when the terminator was decoded, which is not
 // counted.
 size_t convert_string(wchar_t *to, const char *&from, size_t limit, mbstate_t &state) {
+    const Plain plain = plain_characters(state);
     for (size_t count = 0; count < limit; ++count) {
+        if (plain != Plain::none) {
+            size_t run = widen_run(to ? to + count : nullptr, from, limit - count, plain);
+            from += run;
+            count += run;
+            if (count == limit) break;
+        }
         int taken = decode_character(to ? to + count : nullptr, from, no_limit, state);
         if (taken < 0) return failed;
         if (taken == 0) {
@@ -38,7 +46,14 @@ size_t convert_string(wchar_t *to, const char *&from, size_t limit, mbstate_t &s
 // when the terminator was, which is not counted.
 size_t convert_string(char *to, const wchar_t *&from, size_t room, mbstate_t &state) {
     char bytes[multibyte_limit];
+    const Plain plain = plain_characters(state);
     for (size_t used = 0; used < room;) {
+        if (plain != Plain::none) {
+            size_t run = narrow_run(to ? to + used : nullptr, from, room - used, plain);
+            from += run;
+            used += run;
+            if (used == room) break;
+        }
         bool in_place = to && room - used >= multibyte_limit;
         mbstate_t before = state;
         int length = encode_character(in_place ? to + used : bytes, *from, state);
