@@ -228,7 +228,7 @@ bool Loader::keep(const char *text, char *&to) {
 bool Loader::string(LCTYPE type, char *&to, const char *suffix) {
     char text[text_limit];
     if (!query(type, text, text_limit - 2)) return false;
-    strcat(text, suffix);
+    memcpy(text + strlen(text), suffix, strlen(suffix) + 1);
     return keep(text, to);
 }
 

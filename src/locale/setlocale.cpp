@@ -84,6 +84,13 @@ LocaleRecord *select_locale(const char *names, unsigned index) {
     return name.length ? find_locale(name.text, name.length) : nullptr;
 }
 
+// Copies with the terminator; returns where that stands.
+char *append(char *to, const char *text) {
+    size_t length = strlen(text);
+    memcpy(to, text, length + 1);
+    return to + length;
+}
+
 // The name of five selections seen from that of all categories, as a heap string.
 char *compose_name(LocaleRecord *const *selected) {
     const LocaleRecord *all = selected[all_index];
@@ -95,12 +102,11 @@ char *compose_name(LocaleRecord *const *selected) {
     }
     auto *name = static_cast<char *>(malloc(size));
     if (!name) return nullptr;
-    strcpy(name, same ? all->name : "");
+    char *end = append(name, same ? all->name : "");
     for (unsigned i = 0; i < category_count; ++i) {
         if (selected[i] == all) continue;
-        if (*name) strcat(name, ";");
-        strcat(name, prefixes[i]);
-        strcat(name, selected[i]->name);
+        if (end != name) end = append(end, ";");
+        end = append(append(end, prefixes[i]), selected[i]->name);
     }
     return name;
 }

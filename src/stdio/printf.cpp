@@ -1,30 +1,8 @@
 // The functions that format narrow text to a stream.
 
-#include "core/constraint.h"
-#include "core/errno.h"
-#include "format/format.h"
-#include "format/list_form.h"
-#include "stdio/stream.h"
+#include "stdio/formatted.h"
 
 using namespace vexrt;
-
-namespace {
-
-// The engine gathers pieces, so that even an unbuffered stream is not written to for every one.
-void *put_to_stream(void *state, const char *text, size_t count) {
-    return write_all(text, count, *static_cast<Stream *>(state)) ? state : nullptr;
-}
-
-// The stream stays locked for the whole call, so that no other thread's output comes in between.
-int print(FILE *file, const char *format, va_list list, bool secure) {
-    if (!file || !format) return refuse_argument(secure);
-    Stream &stream = stream_of(file);
-    StreamLocked locked(stream);
-    LentBuffer lent(stream);
-    return format_text(put_to_stream, &stream, format, list, secure);
-}
-
-} // namespace
 
 extern "C" {
 

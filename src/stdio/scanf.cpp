@@ -1,9 +1,6 @@
 // The functions that read narrow text from a stream by a format.
 
-#include "core/constraint.h"
-#include "format/list_form.h"
-#include "format/scanner.h"
-#include "stdio/stream.h"
+#include "stdio/formatted.h"
 
 using namespace vexrt;
 
@@ -57,27 +54,22 @@ private:
     char byte_;
 };
 
-// The stream stays locked for the whole call.
-int scan(FILE *file, const char *format, va_list list, bool secure) {
-    if (!file || !format) return refuse_argument(secure);
-    Stream &stream = stream_of(file);
-    StreamLocked locked(stream);
-    StreamInput input(stream);
-    return scan_from(input, format, list, secure);
-}
-
 } // namespace
 
 extern "C" {
 
 int vfscanf(FILE *stream, const char *format, va_list list) {
-    return scan(stream, format, list, false);
+    return scan<StreamInput>(stream, format, list, false);
 }
 int vfscanf_s(FILE *stream, const char *format, va_list list) {
-    return scan(stream, format, list, true);
+    return scan<StreamInput>(stream, format, list, true);
 }
-int vscanf(const char *format, va_list list) { return scan(stdin, format, list, false); }
-int vscanf_s(const char *format, va_list list) { return scan(stdin, format, list, true); }
+int vscanf(const char *format, va_list list) {
+    return scan<StreamInput>(stdin, format, list, false);
+}
+int vscanf_s(const char *format, va_list list) {
+    return scan<StreamInput>(stdin, format, list, true);
+}
 
 int fscanf(FILE *stream, const char *format, ...) {
     VEXRT_WITH_ARGUMENTS(vfscanf(stream, format, arguments));

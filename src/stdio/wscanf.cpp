@@ -1,9 +1,6 @@
 // The functions that read wide text from a stream by a format.
 
-#include "core/constraint.h"
-#include "format/list_form.h"
-#include "format/scanner.h"
-#include "stdio/wide.h"
+#include "stdio/formatted.h"
 
 #include <wchar.h>
 
@@ -48,27 +45,22 @@ private:
     wchar_t character_;
 };
 
-// The stream stays locked for the whole call.
-int scan(FILE *file, const wchar_t *format, va_list list, bool secure) {
-    if (!file || !format) return refuse_argument(secure);
-    Stream &stream = stream_of(file);
-    StreamLocked locked(stream);
-    WideStreamInput input(stream);
-    return scan_from(input, format, list, secure);
-}
-
 } // namespace
 
 extern "C" {
 
 int vfwscanf(FILE *stream, const wchar_t *format, va_list list) {
-    return scan(stream, format, list, false);
+    return scan<WideStreamInput>(stream, format, list, false);
 }
 int vfwscanf_s(FILE *stream, const wchar_t *format, va_list list) {
-    return scan(stream, format, list, true);
+    return scan<WideStreamInput>(stream, format, list, true);
 }
-int vwscanf(const wchar_t *format, va_list list) { return scan(stdin, format, list, false); }
-int vwscanf_s(const wchar_t *format, va_list list) { return scan(stdin, format, list, true); }
+int vwscanf(const wchar_t *format, va_list list) {
+    return scan<WideStreamInput>(stdin, format, list, false);
+}
+int vwscanf_s(const wchar_t *format, va_list list) {
+    return scan<WideStreamInput>(stdin, format, list, true);
+}
 
 int fwscanf(FILE *stream, const wchar_t *format, ...) {
     VEXRT_WITH_ARGUMENTS(vfwscanf(stream, format, arguments));
