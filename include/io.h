@@ -105,6 +105,13 @@ long long _filelength64(int fd);
 int _chsize(int fd, long size);
 int _chsize64(int fd, long long size);
 
+/* ---- Files by name ---- */
+
+/* Whether a file exists (`mode` 0 or 4) and is not read-only (2 and 6; a directory never is). Return 0, or
+   -1 with ENOENT, EACCES, and EINVAL for another mode or a null path. */
+int _access(const char *path, int mode);
+int _waccess(const wchar_t *path, int mode);
+
 /* ---- The rest ---- */
 
 /* 0x40 (not 1) for a character device, 0 for anything else and for invalid numbers. Sets no

@@ -295,6 +295,20 @@ void perror(const char *s);
 /* The same with a wide prefix, written as multibyte characters. */
 void _wperror(const wchar_t *s);
 
+/* ---- Commands ---- */
+
+/*
+ * Starts a command of the interpreter (see system() in <stdlib.h>) with a stream on its standard output
+ * (`mode` "r") or standard input ("w"); a b behind that makes it binary. Null for another mode, null
+ * pointers, and when the command or the stream cannot be had.
+ */
+FILE *_popen(const char *command, const char *mode);
+FILE *_wpopen(const wchar_t *command, const wchar_t *mode);
+
+/* Closes such a stream and waits for the command. Returns its exit code; -1 for any other stream and when
+   the wait fails. */
+int _pclose(FILE *stream);
+
 _VEXRT_END
 
 #endif

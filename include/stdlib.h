@@ -77,6 +77,34 @@ errno_t mbstowcs_s(size_t *_VEXRT_RESTRICT retval, wchar_t *_VEXRT_RESTRICT dst,
 errno_t wcstombs_s(size_t *_VEXRT_RESTRICT retval, char *_VEXRT_RESTRICT dst, rsize_t dstmax,
                    const wchar_t *_VEXRT_RESTRICT src, rsize_t len);
 
+/* ---- The environment ---- */
+
+/*
+ * The value of a variable, the case of whose name does not matter; null when there is none. The text is
+ * the library's copy, which the next successful _putenv() (_wputenv()) makes invalid; what one width sets
+ * the other does not see until it sets something itself.
+ */
+char *getenv(const char *name);
+wchar_t *_wgetenv(const wchar_t *name);
+
+/* Copy the value to `value` of `maxsize` characters, and its length to *len (if not null; 0 when there is
+   none). Return 0, ENOENT, ERANGE (the value does not fit; `value` is empty); EINVAL (a constraint
+   violation) for a null `name`, a null `value` with a size, a size above RSIZE_MAX. */
+errno_t getenv_s(size_t *_VEXRT_RESTRICT len, char *_VEXRT_RESTRICT value, rsize_t maxsize,
+                 const char *_VEXRT_RESTRICT name);
+errno_t _wgetenv_s(size_t *_VEXRT_RESTRICT len, wchar_t *_VEXRT_RESTRICT value, rsize_t maxsize,
+                   const wchar_t *_VEXRT_RESTRICT name);
+
+/* Set a variable, "name=value", or delete it, "name=". Return 0, or -1 without a '=' and when the system
+   refuses. */
+int _putenv(const char *string);
+int _wputenv(const wchar_t *string);
+
+/* Run a command by the command interpreter (COMSPEC, else cmd.exe) and return its exit code, or -1 with
+   errno; with a null `string` return whether COMSPEC names a file. */
+int system(const char *string);
+int _wsystem(const wchar_t *string);
+
 /* ---- Ending the process ---- */
 
 /*

@@ -32,6 +32,21 @@ struct STARTUPINFOW {
     HANDLE hStdInput, hStdOutput, hStdError;
 };
 
+struct STARTUPINFOA {
+    DWORD cb;
+    char *lpReserved, *lpDesktop, *lpTitle;
+    DWORD dwX, dwY, dwXSize, dwYSize, dwXCountChars, dwYCountChars, dwFillAttribute, dwFlags;
+    WORD wShowWindow, cbReserved2;
+    BYTE *lpReserved2;
+    HANDLE hStdInput, hStdOutput, hStdError;
+};
+static_assert(sizeof(STARTUPINFOA) == 68);
+
+struct PROCESS_INFORMATION {
+    HANDLE hProcess, hThread;
+    DWORD dwProcessId, dwThreadId;
+};
+
 struct MEMORY_BASIC_INFORMATION {
     void *BaseAddress, *AllocationBase;
     DWORD AllocationProtect;
@@ -65,6 +80,7 @@ constexpr DWORD EXCEPTION_UNWINDING = 0x2, EXCEPTION_EXIT_UNWIND = 0x4;
 enum : DWORD {
     ERROR_SUCCESS = 0,
     ERROR_ACCESS_DENIED = 5,
+    ERROR_INVALID_HANDLE = 6,
     ERROR_NOT_ENOUGH_MEMORY = 8,
     ERROR_BROKEN_PIPE = 109,
     ERROR_NEGATIVE_SEEK = 131,
@@ -74,7 +90,9 @@ enum : DWORD {
 enum : DWORD { DLL_PROCESS_DETACH, DLL_PROCESS_ATTACH, DLL_THREAD_ATTACH, DLL_THREAD_DETACH };
 
 enum : DWORD { THREAD_SUSPEND_RESUME = 2, THREAD_GET_CONTEXT = 8 };
-constexpr DWORD INFINITE = 0xFFFFFFFF;
+constexpr DWORD INFINITE = 0xFFFFFFFF, WAIT_FAILED = 0xFFFFFFFF;
+constexpr DWORD DETACHED_PROCESS = 0x8, CREATE_UNICODE_ENVIRONMENT = 0x400;
+constexpr DWORD DONT_RESOLVE_DLL_REFERENCES = 1;
 constexpr DWORD TLS_OUT_OF_INDEXES = 0xFFFFFFFF;
 constexpr DWORD TLS_MINIMUM_AVAILABLE = 64;
 constexpr DWORD PF_AVX2_INSTRUCTIONS_AVAILABLE = 40;
@@ -93,6 +111,7 @@ enum : DWORD {
 };
 enum : DWORD {
     FILE_ATTRIBUTE_READONLY = 1,
+    FILE_ATTRIBUTE_DIRECTORY = 0x10,
     FILE_ATTRIBUTE_NORMAL = 0x80,
     FILE_ATTRIBUTE_TEMPORARY = 0x100,
     FILE_FLAG_DELETE_ON_CLOSE = 0x04000000,
@@ -101,6 +120,7 @@ enum : DWORD {
 };
 enum : DWORD { FILE_TYPE_UNKNOWN = 0, FILE_TYPE_DISK = 1, FILE_TYPE_CHAR = 2, FILE_TYPE_PIPE = 3 };
 enum : DWORD { FILE_BEGIN, FILE_CURRENT, FILE_END };
+constexpr DWORD INVALID_FILE_ATTRIBUTES = 0xFFFFFFFF;
 constexpr DWORD INVALID_SET_FILE_POINTER = 0xFFFFFFFF;
 constexpr DWORD DUPLICATE_SAME_ACCESS = 2;
 enum : DWORD { MB_PRECOMPOSED = 1, MB_ERR_INVALID_CHARS = 8 };
@@ -124,6 +144,7 @@ VEXRT_IMPORT BOOL __stdcall FreeEnvironmentStringsW(wchar_t *);
 VEXRT_IMPORT void __stdcall GetStartupInfoW(STARTUPINFOW *);
 VEXRT_IMPORT HMODULE __stdcall GetModuleHandleA(const char *);
 VEXRT_IMPORT HMODULE __stdcall LoadLibraryA(const char *);
+VEXRT_IMPORT HMODULE __stdcall LoadLibraryExA(const char *, HANDLE, DWORD flags);
 VEXRT_IMPORT BOOL __stdcall FreeLibrary(HMODULE);
 VEXRT_IMPORT void *__stdcall GetProcAddress(HMODULE, const char *);
 VEXRT_IMPORT __declspec(noreturn) void __stdcall ExitProcess(UINT);
@@ -135,6 +156,18 @@ VEXRT_IMPORT BOOL __stdcall QueryPerformanceCounter(LARGE_INTEGER *);
 VEXRT_IMPORT DWORD __stdcall GetLastError();
 VEXRT_IMPORT void __stdcall SetLastError(DWORD);
 VEXRT_IMPORT DWORD __stdcall GetEnvironmentVariableA(const char *, char *, DWORD);
+VEXRT_IMPORT BOOL __stdcall SetEnvironmentVariableA(const char *, const char *);
+VEXRT_IMPORT BOOL __stdcall SetEnvironmentVariableW(const wchar_t *, const wchar_t *);
+VEXRT_IMPORT BOOL __stdcall CreateProcessA(const char *, char *command, SECURITY_ATTRIBUTES *,
+                                           SECURITY_ATTRIBUTES *, BOOL inherit, DWORD flags,
+                                           void *environment, const char *directory, STARTUPINFOA *,
+                                           PROCESS_INFORMATION *);
+VEXRT_IMPORT BOOL __stdcall CreateProcessW(const wchar_t *, wchar_t *command, SECURITY_ATTRIBUTES *,
+                                           SECURITY_ATTRIBUTES *, BOOL inherit, DWORD flags,
+                                           void *environment, const wchar_t *directory,
+                                           STARTUPINFOW *, PROCESS_INFORMATION *);
+VEXRT_IMPORT BOOL __stdcall GetExitCodeProcess(HANDLE, DWORD *);
+VEXRT_IMPORT DWORD __stdcall GetCurrentProcessId();
 VEXRT_IMPORT BOOL __stdcall SetConsoleCtrlHandler(BOOL(__stdcall *)(DWORD), BOOL add);
 
 // Threads and waiting.
@@ -176,6 +209,8 @@ VEXRT_IMPORT HANDLE __stdcall CreateFileW(const wchar_t *, DWORD access, DWORD s
 VEXRT_IMPORT BOOL __stdcall ReadFile(HANDLE, void *, DWORD, DWORD *done, void *overlapped);
 VEXRT_IMPORT BOOL __stdcall WriteFile(HANDLE, const void *, DWORD, DWORD *done, void *overlapped);
 VEXRT_IMPORT DWORD __stdcall GetFileType(HANDLE);
+VEXRT_IMPORT DWORD __stdcall GetFileAttributesA(const char *);
+VEXRT_IMPORT DWORD __stdcall GetFileAttributesW(const wchar_t *);
 VEXRT_IMPORT DWORD __stdcall SetFilePointer(HANDLE, LONG, LONG *high, DWORD origin);
 VEXRT_IMPORT BOOL __stdcall SetFilePointerEx(HANDLE, LARGE_INTEGER, LARGE_INTEGER *, DWORD origin);
 VEXRT_IMPORT BOOL __stdcall SetEndOfFile(HANDLE);

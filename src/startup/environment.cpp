@@ -1,4 +1,4 @@
-// The copies of the process environment that attach takes.
+// The copies of the process environment, as attach takes them and as they are taken anew.
 
 #include "core/fatal.h"
 #include "heap/heap.h"
@@ -6,10 +6,10 @@
 
 namespace vexrt {
 
-char *environment_block;
-wchar_t *wide_environment_block;
-
 namespace {
+
+char *narrow_copy;
+wchar_t *wide_copy;
 
 char *system_block(char) { return GetEnvironmentStrings(); }
 wchar_t *system_block(wchar_t) { return GetEnvironmentStringsW(); }
@@ -56,9 +56,27 @@ Char *captured_block() {
 
 } // namespace
 
+template <>
+char *&environment_copy<char>() {
+    return narrow_copy;
+}
+template <>
+wchar_t *&environment_copy<wchar_t>() {
+    return wide_copy;
+}
+
+template <typename Char>
+void recapture_environment() {
+    heap_release(environment_copy<Char>());
+    environment_copy<Char>() = captured_block<Char>();
+}
+
+template void recapture_environment<char>();
+template void recapture_environment<wchar_t>();
+
 void capture_environment() {
-    environment_block = captured_block<char>();
-    wide_environment_block = captured_block<wchar_t>();
+    narrow_copy = captured_block<char>();
+    wide_copy = captured_block<wchar_t>();
 }
 
 } // namespace vexrt

@@ -12,10 +12,13 @@ using ExitHandler = void (*)();
 void register_internal_exit_handler(ExitHandler handler);
 void run_internal_exit_handlers();
 
-// The process environment as it was at attach: zero-terminated strings, an empty one at the end.
-extern char *environment_block;
-extern wchar_t *wide_environment_block;
-void capture_environment();
+// The copy of the process environment, one a width: zero-terminated strings, an empty one at the end.
+// Lock 7 guards them once there are threads.
+template <typename Char>
+Char *&environment_copy();
+template <typename Char>
+void recapture_environment();
+void capture_environment(); // at attach
 
 // What `clock` counts from; all ones when there is no counter.
 struct PerformanceBaseline {
