@@ -295,6 +295,24 @@ void perror(const char *s);
 /* The same with a wide prefix, written as multibyte characters. */
 void _wperror(const wchar_t *s);
 
+/* ---- Streams in memory ---- */
+
+/*
+ * Opens a stream on `size` bytes at `buf`, or for a null `buf` on memory of its own. What is there up to
+ * the first NUL is the contents; "w" makes them empty, "a" begins behind them. A text stream keeps its
+ * contents terminated as they grow; a write that does not fit is cut short with ENOSPC. Null with EINVAL
+ * for a size of 0, and for an invalid mode. Differs from POSIX in that an offset from the end (SEEK_END)
+ * counts backwards, and reads go on to `size`.
+ */
+FILE *fmemopen(void *_VEXRT_RESTRICT buf, size_t size, const char *_VEXRT_RESTRICT mode);
+
+/*
+ * Opens a stream for reading and writing on memory that grows. *bufp is the memory, always terminated,
+ * and *sizep the number of bytes without the terminator; they are valid after fflush() or fclose() until
+ * more is written, and the memory is the caller's to free. Null with EINVAL for null pointers.
+ */
+FILE *open_memstream(char **bufp, size_t *sizep);
+
 /* ---- Commands ---- */
 
 /*

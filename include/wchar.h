@@ -118,6 +118,9 @@ ssize_t getwline(wchar_t **_VEXRT_RESTRICT lineptr, size_t *_VEXRT_RESTRICT n,
 ssize_t getwdelim(wchar_t **_VEXRT_RESTRICT lineptr, size_t *_VEXRT_RESTRICT n, wint_t delimiter,
                   FILE *_VEXRT_RESTRICT stream);
 
+/* As open_memstream() of <stdio.h> with wide characters, in which *sizep counts; positions are bytes. */
+FILE *open_wmemstream(wchar_t **bufp, size_t *sizep);
+
 /* Orients a stream that has no orientation yet: to wide characters for a `mode` above 0, to bytes below.
    Returns 1 for a wide stream, -1 for one of bytes, 0 for one that has none. */
 int fwide(FILE *stream, int mode);
