@@ -64,6 +64,7 @@ constexpr DWORD EXCEPTION_UNWINDING = 0x2, EXCEPTION_EXIT_UNWIND = 0x4;
 
 enum : DWORD {
     ERROR_SUCCESS = 0,
+    ERROR_FILE_NOT_FOUND = 2,
     ERROR_ACCESS_DENIED = 5,
     ERROR_NOT_ENOUGH_MEMORY = 8,
     ERROR_BROKEN_PIPE = 109,
@@ -136,6 +137,7 @@ VEXRT_IMPORT DWORD __stdcall GetLastError();
 VEXRT_IMPORT void __stdcall SetLastError(DWORD);
 VEXRT_IMPORT DWORD __stdcall GetEnvironmentVariableA(const char *, char *, DWORD);
 VEXRT_IMPORT BOOL __stdcall SetConsoleCtrlHandler(BOOL(__stdcall *)(DWORD), BOOL add);
+VEXRT_IMPORT LONG __stdcall UnhandledExceptionFilter(EXCEPTION_POINTERS *);
 
 // Threads and waiting.
 VEXRT_IMPORT DWORD __stdcall TlsAlloc();
