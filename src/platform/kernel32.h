@@ -32,6 +32,21 @@ struct STARTUPINFOW {
     HANDLE hStdInput, hStdOutput, hStdError;
 };
 
+struct SYSTEMTIME {
+    WORD wYear, wMonth, wDayOfWeek, wDay, wHour, wMinute, wSecond, wMilliseconds;
+};
+
+struct TIME_ZONE_INFORMATION {
+    LONG Bias; // minutes, UTC = local time + Bias
+    wchar_t StandardName[32];
+    SYSTEMTIME StandardDate;
+    LONG StandardBias;
+    wchar_t DaylightName[32];
+    SYSTEMTIME DaylightDate;
+    LONG DaylightBias;
+};
+static_assert(sizeof(TIME_ZONE_INFORMATION) == 172);
+
 struct MEMORY_BASIC_INFORMATION {
     void *BaseAddress, *AllocationBase;
     DWORD AllocationProtect;
@@ -111,6 +126,8 @@ enum : DWORD {
     STD_ERROR_HANDLE = static_cast<DWORD>(-12)
 };
 
+enum : DWORD { TIME_ZONE_ID_UNKNOWN, TIME_ZONE_ID_STANDARD, TIME_ZONE_ID_DAYLIGHT };
+
 #define VEXRT_IMPORT extern "C" __declspec(dllimport)
 
 // Process, modules, diagnostics.
@@ -138,6 +155,11 @@ VEXRT_IMPORT void __stdcall SetLastError(DWORD);
 VEXRT_IMPORT DWORD __stdcall GetEnvironmentVariableA(const char *, char *, DWORD);
 VEXRT_IMPORT BOOL __stdcall SetConsoleCtrlHandler(BOOL(__stdcall *)(DWORD), BOOL add);
 VEXRT_IMPORT LONG __stdcall UnhandledExceptionFilter(EXCEPTION_POINTERS *);
+
+// Time.
+VEXRT_IMPORT void __stdcall GetSystemTime(SYSTEMTIME *);
+VEXRT_IMPORT void __stdcall GetSystemTimeAsFileTime(unsigned long long *);
+VEXRT_IMPORT DWORD __stdcall GetTimeZoneInformation(TIME_ZONE_INFORMATION *);
 
 // Threads and waiting.
 VEXRT_IMPORT DWORD __stdcall TlsAlloc();

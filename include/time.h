@@ -1,0 +1,73 @@
+/* <time.h> - C11 7.27, K.3.8: dates, times, clocks. */
+#ifndef _TIME_H
+#define _TIME_H
+
+#include <_timespec.h>
+#include <_vexrt.h>
+
+#define CLOCKS_PER_SEC 1000L
+#define TIME_UTC 1
+
+#ifndef _CLOCK_T_DEFINED
+#define _CLOCK_T_DEFINED
+typedef long clock_t;
+#endif
+
+#ifndef _TM_DEFINED
+#define _TM_DEFINED
+struct tm {
+    int tm_sec;   /* 0 to 59 */
+    int tm_min;   /* 0 to 59 */
+    int tm_hour;  /* 0 to 23 */
+    int tm_mday;  /* 1 to 31 */
+    int tm_mon;   /* months since January, 0 to 11 */
+    int tm_year;  /* years since 1900 */
+    int tm_wday;  /* days since Sunday, 0 to 6 */
+    int tm_yday;  /* days since 1 January, 0 to 365 */
+    int tm_isdst; /* daylight saving: above 0 in force, 0 not in force, below 0 not known */
+};
+#endif
+
+_VEXRT_BEGIN
+
+/* ---- Clocks ---- */
+
+/* Returns the calendar time and stores it in *timer if that is not null. */
+time_t time(time_t *timer);
+
+/* Returns the time since the program was started in milliseconds, or -1 when there is no counter and
+   from the 25th day on. Differs from ISO C in that it is the time on the wall. */
+clock_t clock(void);
+
+/* Returns time1 - time0 in seconds. */
+double difftime(time_t time1, time_t time0);
+
+/* Stores the calendar time, exact to 100 nanoseconds. Returns `base`, which must be TIME_UTC, else 0. */
+int timespec_get(struct timespec *ts, int base);
+
+/* ---- The calendar ---- */
+
+/*
+ * Break a calendar time down into a date in UTC or in the local zone. Return one structure that the
+ * thread's calls share; null with EINVAL for null. Differ from ISO C in that 2100 is a leap year. Local
+ * time is taken as in docs/time.md; where the zone's rules cannot be parsed, `tm_isdst` is -1.
+ *
+ * The _s forms fill in *result and return it; null for null arguments (a constraint violation).
+ */
+struct tm *gmtime(const time_t *timer);
+struct tm *gmtime_s(const time_t *_VEXRT_RESTRICT timer, struct tm *_VEXRT_RESTRICT result);
+struct tm *localtime(const time_t *timer);
+struct tm *localtime_s(const time_t *_VEXRT_RESTRICT timer, struct tm *_VEXRT_RESTRICT result);
+
+/*
+ * Returns the calendar time of a local date and normalises *timeptr; its fields may have any value, and
+ * `tm_wday` and `tm_yday` are not looked at. Returns (time_t)-1, *timeptr unchanged, for a date before
+ * 1900 and for a year that is no int; with EINVAL for null. Dates between 1900 and 1970 wrap. Differs
+ * from ISO C in that `tm_isdst` is taken as it stands and kept: above 0 an hour is subtracted, below 0
+ * counts as 0.
+ */
+time_t mktime(struct tm *timeptr);
+
+_VEXRT_END
+
+#endif
