@@ -68,6 +68,49 @@ struct tm *localtime_s(const time_t *_VEXRT_RESTRICT timer, struct tm *_VEXRT_RE
  */
 time_t mktime(struct tm *timeptr);
 
+/* ---- Text ---- */
+
+/*
+ * Formats a date for the thread's locale into `maxsize` characters with the terminator. Returns the
+ * length, or 0 when it does not fit (the text is then cut, and terminated if `maxsize` is not 0); with
+ * EINVAL for null arguments. Differs from ISO C in the week numbers of some years and in what a zone's
+ * offset shows in daylight time: see docs/time.md. An unknown conversion stands for itself.
+ */
+size_t strftime(char *_VEXRT_RESTRICT s, size_t maxsize, const char *_VEXRT_RESTRICT format,
+                const struct tm *_VEXRT_RESTRICT timeptr);
+
+/*
+ * The text "Thu Jan  1 00:00:00 1970\n" of a date or of a calendar time in the local zone, in one
+ * buffer of the thread; null with EINVAL for null. Differ from ISO C in that only the last four digits
+ * of the year are shown, and that a name that does not exist is empty.
+ *
+ * The _s forms write to `s` of `maxsize` characters. They return 0; EINVAL (a constraint violation) for
+ * null arguments and sizes of 0 or above RSIZE_MAX, ERANGE (likewise) for less than 26 characters and
+ * for fields out of range; `s` is then empty.
+ */
+char *asctime(const struct tm *timeptr);
+char *ctime(const time_t *timer);
+errno_t asctime_s(char *s, rsize_t maxsize, const struct tm *timeptr);
+errno_t ctime_s(char *s, rsize_t maxsize, const time_t *timer);
+wchar_t *_wasctime(const struct tm *timeptr);
+wchar_t *_wctime(const time_t *timer);
+errno_t _wasctime_s(wchar_t *s, rsize_t maxsize, const struct tm *timeptr);
+errno_t _wctime_s(wchar_t *s, rsize_t maxsize, const time_t *timer);
+
+/*
+ * Write the current local date as "12/31/99" or the current local time as "23:59:59" to a buffer of 9
+ * characters and return it; null with EINVAL for null. The _s forms return 0; EINVAL and ERANGE as
+ * above, for less than 9 characters.
+ */
+char *_strdate(char *buf);
+char *_strtime(char *buf);
+errno_t _strdate_s(char *buf, rsize_t size);
+errno_t _strtime_s(char *buf, rsize_t size);
+wchar_t *_wcsdate(wchar_t *buf);
+wchar_t *_wcstime(wchar_t *buf);
+errno_t _wcsdate_s(wchar_t *buf, rsize_t size);
+errno_t _wcstime_s(wchar_t *buf, rsize_t size);
+
 _VEXRT_END
 
 #endif

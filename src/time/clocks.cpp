@@ -63,7 +63,7 @@ int timespec_get(timespec *ts, int base) {
     if (base != TIME_UTC || !ts) return 0;
     Now current = now();
     ts->tv_sec = current.seconds;
-    ts->tv_nsec = static_cast<long>(current.units * 100);
+    ts->tv_nsec = static_cast<long>(current.units) * 100;
     return base;
 }
 
