@@ -109,6 +109,9 @@ int at_quick_exit(void (*func)(void));
  */
 _VEXRT_NORETURN void __crt_abort(int code);
 
+/* Waits for `seconds`, 65535 at most. Returns 0. */
+unsigned int _sleep(unsigned int seconds);
+
 /* ---- Runtime constraints (K.3.6.1) ---- */
 
 /*

@@ -45,6 +45,12 @@ double difftime(time_t time1, time_t time0);
 /* Stores the calendar time, exact to 100 nanoseconds. Returns `base`, which must be TIME_UTC, else 0. */
 int timespec_get(struct timespec *ts, int base);
 
+/*
+ * Waits for the given time, which must be below a second, and sets *rem (if not null) to 0. Returns 0; -1
+ * with EINVAL for a second or more, or with errno from the system.
+ */
+int _nanosleep(const struct timespec *req, struct timespec *rem);
+
 /* ---- The calendar ---- */
 
 /*

@@ -91,6 +91,8 @@ enum : DWORD { DLL_PROCESS_DETACH, DLL_PROCESS_ATTACH, DLL_THREAD_ATTACH, DLL_TH
 
 enum : DWORD { THREAD_SUSPEND_RESUME = 2, THREAD_GET_CONTEXT = 8 };
 constexpr DWORD INFINITE = 0xFFFFFFFF;
+enum : DWORD { WAIT_OBJECT_0 = 0, WAIT_TIMEOUT = 258 };
+constexpr DWORD CREATE_SUSPENDED = 4;
 constexpr DWORD TLS_OUT_OF_INDEXES = 0xFFFFFFFF;
 constexpr DWORD TLS_MINIMUM_AVAILABLE = 64;
 constexpr DWORD PF_AVX2_INSTRUCTIONS_AVAILABLE = 40;
@@ -167,6 +169,10 @@ VEXRT_IMPORT BOOL __stdcall TlsFree(DWORD);
 VEXRT_IMPORT void *__stdcall TlsGetValue(DWORD);
 VEXRT_IMPORT BOOL __stdcall TlsSetValue(DWORD, void *);
 VEXRT_IMPORT DWORD __stdcall GetCurrentThreadId();
+VEXRT_IMPORT HANDLE __stdcall CreateThread(SECURITY_ATTRIBUTES *, SIZE_T stack,
+                                           DWORD(__stdcall *)(void *), void *, DWORD flags,
+                                           DWORD *id);
+VEXRT_IMPORT __declspec(noreturn) void __stdcall ExitThread(DWORD);
 VEXRT_IMPORT HANDLE __stdcall OpenThread(DWORD access, BOOL inherit, DWORD id);
 VEXRT_IMPORT DWORD __stdcall SuspendThread(HANDLE);
 VEXRT_IMPORT DWORD __stdcall ResumeThread(HANDLE);
@@ -174,6 +180,13 @@ VEXRT_IMPORT BOOL __stdcall GetThreadContext(HANDLE, CONTEXT *);
 VEXRT_IMPORT HANDLE __stdcall CreateEventW(SECURITY_ATTRIBUTES *, BOOL manual, BOOL set,
                                            const wchar_t *);
 VEXRT_IMPORT BOOL __stdcall SetEvent(HANDLE);
+VEXRT_IMPORT HANDLE __stdcall CreateSemaphoreW(SECURITY_ATTRIBUTES *, LONG initial, LONG maximum,
+                                               const wchar_t *);
+VEXRT_IMPORT BOOL __stdcall ReleaseSemaphore(HANDLE, LONG count, LONG *previous);
+VEXRT_IMPORT HANDLE __stdcall CreateWaitableTimerA(SECURITY_ATTRIBUTES *, BOOL manual,
+                                                   const char *);
+VEXRT_IMPORT BOOL __stdcall SetWaitableTimer(HANDLE, const LARGE_INTEGER *due, LONG period,
+                                             void *routine, void *argument, BOOL resume);
 VEXRT_IMPORT DWORD __stdcall WaitForSingleObject(HANDLE, DWORD milliseconds);
 VEXRT_IMPORT BOOL __stdcall CloseHandle(HANDLE);
 VEXRT_IMPORT void __stdcall Sleep(DWORD milliseconds);
