@@ -142,6 +142,7 @@ void destroy_condition(Condition *&condition) {
     if (!close_condition(*condition)) return;
     Condition *doomed = condition;
     condition = nullptr;
+    doomed->queue->count = 0; // nobody waits: what is missing was taken by waits that timed out
     destroy_semaphore(doomed->queue);
     destroy_semaphore(doomed->gate);
     unlock_mutex(*doomed->unblock);

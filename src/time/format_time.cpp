@@ -50,6 +50,12 @@ constexpr int most_expansions = 5;
 
 constexpr Item text_item(const char *text, size_t length) { return {text, text + length}; }
 
+bool is_lead_byte(char byte) {
+    const LocaleRecord &locale = *thread_record().locale;
+    return !byte_is_character(locale) && locale.code_page &&
+           IsDBCSLeadByteEx(locale.code_page, static_cast<BYTE>(byte));
+}
+
 template <typename Char>
 class TimeWriter {
 public:
@@ -89,7 +95,8 @@ private:
         return at + 1;
     }
 
-    // A narrow character in wide output. What cannot be decoded stands for itself.
+    // A narrow character in wide output. What cannot be decoded stands for itself. The decoder says
+    // 1 for both bytes of a character in a double-byte code page.
     template <typename Narrow>
     const Narrow *literal(const Narrow *at) {
         constexpr size_t no_limit = 0x7FFFFFFF;
@@ -97,7 +104,8 @@ private:
         int taken = decode_character(&wc, at, no_limit, state_);
         if (taken > 0) {
             put(wc);
-            return at + taken;
+            bool double_byte = taken == 1 && *at < 0 && is_lead_byte(*at);
+            return at + taken + (double_byte && at[1]);
         }
         state_ = {};
         put(static_cast<unsigned char>(*at));

@@ -125,7 +125,11 @@ const char *process_zone_string() {
     const char *zone = __atomic_load_n(&process_zone, __ATOMIC_ACQUIRE);
     if (__builtin_expect(zone != nullptr, true)) return zone;
     Locked guard(numbered_lock(lock_locales));
-    if (!process_zone) __atomic_store_n(&process_zone, find_process_zone(), __ATOMIC_RELEASE);
+    if (!process_zone) {
+        DWORD last_error = GetLastError(); // of the program's own calls, which it may still look at
+        __atomic_store_n(&process_zone, find_process_zone(), __ATOMIC_RELEASE);
+        SetLastError(last_error);
+    }
     return process_zone;
 }
 

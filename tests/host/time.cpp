@@ -36,8 +36,8 @@ BOOL __stdcall IsDBCSLeadByteEx(UINT, BYTE byte) { return byte == 0x81; }
 
 int __stdcall MultiByteToWideChar(UINT, DWORD, const char *s, int size, wchar_t *to, int) {
     auto byte = static_cast<unsigned char>(*s);
-    if (size == 2 || byte >= 0xF0) return 0;
-    if (to) *to = byte >= 0x80 ? static_cast<wchar_t>(0x0400 + byte) : byte;
+    if (byte >= 0xF0 || (size == 2 && s[1] != 'A')) return 0;
+    if (to) *to = size == 2 ? 0x3001 : byte >= 0x80 ? static_cast<wchar_t>(0x0400 + byte) : byte;
     return 1;
 }
 
@@ -148,11 +148,11 @@ void test_wide() {
     locale.decode[0] = reinterpret_cast<StateTable>(1); // the mode of code pages
     locale.code_page = 1251;
     record.locale = &locale;
-    locale.months[1] = ":a:\xC0\xF1z";
+    locale.months[1] = ":a:\xC0\xF1z\x81" "Az";
     size_t length = format_time(text, 20, L"%B", date(2010, 1, 1), locale);
     char shown[60];
-    sprintf(shown, "%u: %x %x %x", static_cast<unsigned>(length), text[0], text[1], text[2]);
-    check("wide name", shown, "3: 4c0 f1 7a"); /* the second cannot be decoded */
+    sprintf(shown, "%u: %x %x %x %x %x", static_cast<unsigned>(length), text[0], text[1], text[2], text[3], text[4]);
+    check("wide name", shown, "5: 4c0 f1 7a 3001 7a"); /* the second cannot be decoded */
     locale.months[1] = ":a:\x81";
     length = format_time(text, 20, L"%B", date(2010, 1, 1), locale);
     check("cut character", length == 0 || text[length] == 0 ? "ended" : "not ended", "ended");

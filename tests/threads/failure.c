@@ -211,6 +211,25 @@ static void test_begin_failure(void)
     script_fail_from(0, 0);
 }
 
+/* Waits that time out leave nothing behind when the condition variable is destroyed. */
+static void test_time_outs(void)
+{
+    int handles_before = handles, blocks_before = blocks;
+    mtx_t mutex;
+    cnd_t condition;
+    CHECK_INT(mtx_init(&mutex, mtx_plain), thrd_success);
+    CHECK_INT(cnd_init(&condition), thrd_success);
+    for (int i = 0; i < 3; ++i) {
+        mtx_lock(&mutex);
+        CHECK_INT(cnd_timedwait(&condition, &mutex, &(struct timespec){0, 0}), thrd_timedout);
+    }
+    CHECK(handles > handles_before);
+    cnd_destroy(&condition);
+    mtx_destroy(&mutex);
+    CHECK_INT(handles, handles_before);
+    CHECK_INT(blocks, blocks_before);
+}
+
 int main(void)
 {
     __bheap_threshold = 0; /* all blocks come from the system */
@@ -223,6 +242,7 @@ int main(void)
     test("_beginthreadex", try_begin_ex, 3, thrd_nomem);
     test("sleep", try_sleep, 3, thrd_nomem);
     test_begin_failure();
+    test_time_outs();
     CHECK_INT(slots, 0);
     script_restore();
     return check_done();

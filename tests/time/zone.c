@@ -12,6 +12,9 @@
 
 __declspec(dllimport) int __stdcall SetEnvironmentVariableA(const char *name, const char *value);
 
+__declspec(dllimport) unsigned long __stdcall GetLastError(void);
+__declspec(dllimport) void __stdcall SetLastError(unsigned long);
+
 /* ---- the system's answers ---- */
 
 struct date {
@@ -63,6 +66,10 @@ static int child_main(int argc, char **argv)
     system_number = atoi(argv[1]);
     script_import("GetTimeZoneInformation", answer_zone);
     script_import("GetSystemTime", answer_time);
+    SetLastError(4711);
+    time_t first = 0;
+    localtime(&first); /* finds out the zone */
+    if (GetLastError() != 4711) printf("the last error is lost ");
     for (int i = 2; i < argc; ++i) {
         time_t t = strtoul(argv[i], NULL, 10);
         const struct tm *tm = localtime(&t);
