@@ -4,6 +4,7 @@
 #   make test    set up, build, run every test
 #   make         build the tree that users take: build/dist  (also: make dist)
 #   make sweep   the tests that go through many values, at full size
+#   make soak    threads under load for minutes: VEXRT_SOAK seconds (300)
 #   make bench   set up, build, run the benchmarks against the peers
 #   make lint    formatting and static analysis
 #   make clean   remove the build folder
@@ -11,7 +12,7 @@
 BUILD := build
 DIST  := $(BUILD)/dist
 
-.PHONY: all dist demo test test-programs sweep bench lint clean setup examples
+.PHONY: all dist demo test test-programs sweep soak bench lint clean setup examples
 all: dist
 
 setup:
@@ -40,6 +41,9 @@ test: test-programs
 
 sweep: test-programs
 	@VEXRT_SWEEP=full tools/test -L sweep --verbose
+
+soak: test-programs
+	@VEXRT_SOAK=$${VEXRT_SOAK:-300} tools/test -L soak --verbose
 
 bench: dist
 	@tools/setup build run bench

@@ -6,7 +6,7 @@
 
 #define EXIT_SUCCESS 0
 #define EXIT_FAILURE 1
-#define RAND_MAX 32767
+#define RAND_MAX 0x3FFFFFFF
 #define RSIZE_MAX _VEXRT_RSIZE_MAX
 #define MB_CUR_MAX __mbcurmax
 
@@ -137,6 +137,9 @@ int at_quick_exit(void (*func)(void));
  */
 _VEXRT_NORETURN void __crt_abort(int code);
 
+/* Waits for `seconds`, 65535 at most. Returns 0. */
+unsigned int _sleep(unsigned int seconds);
+
 /* ---- Runtime constraints (K.3.6.1) ---- */
 
 /*
@@ -265,6 +268,23 @@ wchar_t *_ltow(long value, wchar_t *buffer, int radix);
 wchar_t *_ultow(unsigned long value, wchar_t *buffer, int radix);
 wchar_t *_lltow(long long value, wchar_t *buffer, int radix);
 wchar_t *_ulltow(unsigned long long value, wchar_t *buffer, int radix);
+
+/* ---- Random numbers ---- */
+
+/*
+ * The next number of the calling thread's pseudo-random sequence, from 0 to RAND_MAX. srand() starts
+ * the sequence anew; a thread begins as after srand(1). Differs from ISO C in that threads have
+ * sequences of their own. The process ends with "out of memory" when the first call of a thread has
+ * none.
+ */
+int rand(void);
+void srand(unsigned int seed);
+
+/*
+ * Stores 32 bits of the system's cryptographic generator. Returns 0, or with *out set to 0: ENOENT
+ * (the generator is not there), ENOMEM, EINVAL (any other failure; a constraint violation for null).
+ */
+errno_t _rand_s(unsigned int *out);
 
 /* ---- Searching and sorting ---- */
 

@@ -251,6 +251,12 @@ double wcstod(const wchar_t *_VEXRT_RESTRICT nptr, wchar_t **_VEXRT_RESTRICT end
 float wcstof(const wchar_t *_VEXRT_RESTRICT nptr, wchar_t **_VEXRT_RESTRICT endptr);
 long double wcstold(const wchar_t *_VEXRT_RESTRICT nptr, wchar_t **_VEXRT_RESTRICT endptr);
 
+/* ---- Dates and times ---- */
+
+/* As strftime() of <time.h>. */
+size_t wcsftime(wchar_t *_VEXRT_RESTRICT s, size_t maxsize, const wchar_t *_VEXRT_RESTRICT format,
+                const struct tm *_VEXRT_RESTRICT timeptr);
+
 /* ---- Error texts ---- */
 
 /* The message of an errno value, in wide characters; as strerror(). */

@@ -6,36 +6,24 @@
 // them and runs the __finally blocks. Filters and blocks run in the frame of their function: they
 // find it through ebp, which points just behind the node.
 
-#include "platform/kernel32.h"
+#include "core/exception_frame.h"
 
 namespace vexrt {
 
 namespace {
 
-struct Scope {
-    int enclosing; // -1: none
-    void *filter;  // null: a __finally
-    void *block;
-};
-
-constexpr int outermost = -1;
-
-struct Registration {
-    EXCEPTION_POINTERS *pointers; // for GetExceptionInformation()
-    Registration *previous;       // the node proper starts here
-    void *handler;
-    const Scope *scopes;
-    int level;
-};
-
 enum Disposition { continue_execution = 0, continue_search = 1 };
 
-Registration &registration_at(void *node) {
-    return *reinterpret_cast<Registration *>(static_cast<char *>(node) -
-                                             __builtin_offsetof(Registration, previous));
+TryNode &try_node(void *node) {
+    return *static_cast<TryNode *>(static_cast<ExceptionNode *>(node));
 }
 
-void *frame_pointer(Registration &registration) { return &registration + 1; }
+// The word in front of the node, where GetExceptionInformation() looks.
+EXCEPTION_POINTERS *&pointers_of(TryNode &node) {
+    return reinterpret_cast<EXCEPTION_POINTERS **>(&node)[-1];
+}
+
+void *frame_pointer(TryNode &node) { return &node + 1; }
 
 } // namespace
 
@@ -89,39 +77,41 @@ __asm__(".text\n"
 
 extern "C" void vexrt_global_unwind(void *node, EXCEPTION_RECORD *record);
 
+void unwind_to(ExceptionNode *node, EXCEPTION_RECORD *record) { vexrt_global_unwind(node, record); }
+
 } // namespace vexrt
 
 using namespace vexrt;
 
 // Runs the __finally blocks inside `level`, innermost first. The level is stepped out before a
 // block runs: a block that raises an exception itself is not entered twice.
-extern "C" void __local_unwind2(void *node, int level) {
-    Registration &registration = registration_at(node);
-    while (registration.level != outermost && registration.level != level) {
-        const Scope &scope = registration.scopes[registration.level];
-        registration.level = scope.enclosing;
-        if (!scope.filter) vexrt_call_in_frame(scope.block, frame_pointer(registration));
+extern "C" void __local_unwind2(void *frame, int level) {
+    TryNode &node = try_node(frame);
+    while (node.level != outermost_level && node.level != level) {
+        const Scope &scope = node.scopes[node.level];
+        node.level = scope.enclosing;
+        if (!scope.filter) vexrt_call_in_frame(scope.block, frame_pointer(node));
     }
 }
 
-extern "C" int __except_handler3(EXCEPTION_RECORD *record, void *node, CONTEXT *context, void *) {
-    Registration &registration = registration_at(node);
+extern "C" int __except_handler3(EXCEPTION_RECORD *record, void *frame, CONTEXT *context, void *) {
+    TryNode &node = try_node(frame);
     if (record->ExceptionFlags & (EXCEPTION_UNWINDING | EXCEPTION_EXIT_UNWIND)) {
-        __local_unwind2(node, outermost);
+        __local_unwind2(frame, outermost_level);
         return continue_search;
     }
     EXCEPTION_POINTERS pointers = {record, context};
-    registration.pointers = &pointers;
-    for (int level = registration.level; level != outermost;) {
-        const Scope &scope = registration.scopes[level];
+    pointers_of(node) = &pointers;
+    for (int level = node.level; level != outermost_level;) {
+        const Scope &scope = node.scopes[level];
         if (scope.filter) {
-            int verdict = vexrt_call_in_frame(scope.filter, frame_pointer(registration));
+            int verdict = vexrt_call_in_frame(scope.filter, frame_pointer(node));
             if (verdict < 0) return continue_execution;
             if (verdict > 0) {
-                vexrt_global_unwind(node, record);
-                __local_unwind2(node, level);
-                registration.level = scope.enclosing;
-                vexrt_jump_into_frame(scope.block, frame_pointer(registration));
+                unwind_to(&node, record);
+                __local_unwind2(frame, level);
+                node.level = scope.enclosing;
+                vexrt_jump_into_frame(scope.block, frame_pointer(node));
             }
         }
         level = scope.enclosing;

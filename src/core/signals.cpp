@@ -3,6 +3,7 @@
 #include "core/diagnostic.h"
 #include "core/thread_record.h"
 #include "heap/heap.h"
+#include "platform/kernel32.h"
 
 #include <signal.h>
 #include <string.h>
@@ -15,18 +16,38 @@ namespace {
 
 bool console_handler_installed;
 
-// Runs `signal`'s handler if it has one of the program's own. The handler is reset first.
-bool deliver(int number, SignalHandler handler) {
+// Runs a handler of the program's own. The signal is reset first.
+void deliver(int number, SignalHandler handler) {
     signal(number, SIG_DFL);
     handler(number);
-    return true;
 }
 
 // Every control event becomes SIGINT. Nonzero keeps the system from ending the process.
 BOOL __stdcall on_console_event(DWORD) {
     SignalHandler old = signal(SIGINT, SIG_IGN);
     if (old == SIG_DFL || old == SIG_ERR) return false;
-    return old == SIG_IGN || deliver(SIGINT, old);
+    if (old != SIG_IGN) deliver(SIGINT, old);
+    return true;
+}
+
+struct ExceptionRange {
+    DWORD first, last;
+    int signal;
+};
+
+// The processor's exceptions that are signals. Division of integers by zero is not among them.
+constexpr ExceptionRange exception_signals[] = {
+    {0xC0000005, 0xC0000005, SIGSEGV}, // access violation
+    {0xC000001D, 0xC000001D, SIGILL},  // illegal instruction
+    {0xC000008D, 0xC0000093, SIGFPE},  // the floating-point unit's
+    {0xC0000096, 0xC0000096, SIGILL},  // privileged instruction
+    {0xC00002B4, 0xC00002B5, SIGFPE},  // several faults or traps of the vector unit
+};
+
+int signal_of(DWORD exception) {
+    for (const ExceptionRange &range : exception_signals)
+        if (exception >= range.first && exception <= range.last) return range.signal;
+    return 0;
 }
 
 bool is_synchronous(int number) {
@@ -93,4 +114,14 @@ extern "C" int raise(int number) {
     if (old == SIG_DFL) terminate_for(number);
     deliver(number, old);
     return 0;
+}
+
+// The filter of the frames around `main` and around the start routines of threads.
+extern "C" int __xcptfilter(DWORD exception, EXCEPTION_POINTERS *pointers) {
+    constexpr int continue_execution = -1;
+    int number = signal_of(exception);
+    SignalHandler old = number ? signal(number, SIG_IGN) : SIG_DFL;
+    if (old == SIG_DFL || old == SIG_ERR) return UnhandledExceptionFilter(pointers);
+    if (old != SIG_IGN) deliver(number, old);
+    return continue_execution;
 }

@@ -1,5 +1,7 @@
-// What the per-thread record needs of the signals.
+// What the rest of the library needs of the signals.
 #pragma once
+
+#include "platform/kernel32.h"
 
 namespace vexrt {
 
@@ -10,3 +12,6 @@ constexpr int signal_count = 44; // valid numbers are 1 to 43
 extern void (*default_signal_handlers[signal_count])(int);
 
 } // namespace vexrt
+
+// Makes signals of the processor's exceptions; a filter for __except.
+extern "C" int __xcptfilter(vexrt::DWORD exception, vexrt::EXCEPTION_POINTERS *pointers);

@@ -38,16 +38,6 @@ bool initialise(ThreadRecord &record) {
     return true;
 }
 
-// Null when memory or the slot cannot be had.
-ThreadRecord *make_record() {
-    auto *record = static_cast<ThreadRecord *>(heap_allocate(sizeof(ThreadRecord)));
-    if (!record) return nullptr;
-    if (initialise(*record) && TlsSetValue(thread_record_slot, record)) return record;
-    heap_release(record->locale_name);
-    heap_release(record);
-    return nullptr;
-}
-
 } // namespace
 
 ThreadRecord *existing_thread_record() {
@@ -55,18 +45,33 @@ ThreadRecord *existing_thread_record() {
     return static_cast<ThreadRecord *>(read_slot());
 }
 
+ThreadRecord *new_thread_record() {
+    auto *record = static_cast<ThreadRecord *>(heap_allocate(sizeof(ThreadRecord)));
+    if (record && initialise(*record)) return record;
+    heap_release(record);
+    return nullptr;
+}
+
+// The thread may have called in already, on behalf of a library that was told of its start.
+bool install_thread_record(ThreadRecord *record) {
+    if (existing_thread_record()) free_thread_record(nullptr);
+    return TlsSetValue(thread_record_slot, record);
+}
+
 [[gnu::noinline]] ThreadRecord &create_thread_record() {
     if (ThreadRecord *existing = existing_thread_record()) return *existing;
     DWORD last_error = GetLastError();
-    ThreadRecord *made = make_record();
-    if (!made) fatal(FatalCode::corrupt_thread_data);
+    ThreadRecord *made = new_thread_record();
+    if (!made || !TlsSetValue(thread_record_slot, made)) fatal(FatalCode::corrupt_thread_data);
     SetLastError(last_error);
     return *made;
 }
 
 bool thread_records_attach() {
     thread_record_slot = TlsAlloc();
-    return thread_record_slot != TLS_OUT_OF_INDEXES && make_record();
+    if (thread_record_slot == TLS_OUT_OF_INDEXES) return false;
+    ThreadRecord *record = new_thread_record();
+    return record && TlsSetValue(thread_record_slot, record);
 }
 
 void thread_records_detach() {
@@ -75,24 +80,33 @@ void thread_records_detach() {
     thread_record_slot = TLS_OUT_OF_INDEXES;
 }
 
+namespace {
+
 // The wide error text, the `_wtmpnam` buffer and the conversion states stay allocated: a text that
 // a thread handed out may outlive it.
+void release(ThreadRecord &record) {
+    void *const buffers[] = {record.spare_buffer,  record.random_table,   record.error_text,
+                             record.tmpnam_buffer, record.asctime_buffer, record.calendar_state};
+    for (void *buffer : buffers) heap_release(buffer);
+    if (record.signal_handlers != default_signal_handlers) heap_release(record.signal_handlers);
+    heap_release(record.hash_table);
+    heap_release(record.locale_name);
+    if (record.locale != &c_locale) heap_release(record.locale);
+    heap_release(&record);
+}
+
+} // namespace
+
 void free_thread_record(ThreadRecord *record) {
     if (thread_record_slot == TLS_OUT_OF_INDEXES) return;
-    if (!record) record = existing_thread_record();
+    ThreadRecord *own = existing_thread_record();
+    if (!record) record = own;
     if (record) {
-        void *const buffers[] = {record->spare_buffer,   record->random_table,
-                                 record->error_text,     record->tmpnam_buffer,
-                                 record->asctime_buffer, record->calendar_state};
-        for (void *buffer : buffers) heap_release(buffer);
-        if (record->signal_handlers != default_signal_handlers)
-            heap_release(record->signal_handlers);
-        heap_release(record->hash_table);
-        heap_release(record->locale_name);
-        if (record->locale != &c_locale) heap_release(record->locale);
-        heap_release(record);
+        // Destructors of the program may run, and call in.
+        if (record->c11_thread) finish_c11_thread(record->c11_thread);
+        release(*record);
     }
-    TlsSetValue(thread_record_slot, nullptr);
+    if (record == own) TlsSetValue(thread_record_slot, nullptr);
 }
 
 } // namespace vexrt

@@ -90,8 +90,17 @@ inline ThreadRecord &thread_record() {
 // The calling thread's record if it has one already, else null.
 ThreadRecord *existing_thread_record();
 
+// A record for a thread that is yet to be started; null without memory. The new thread installs it,
+// or whoever made it frees it.
+ThreadRecord *new_thread_record();
+bool install_thread_record(ThreadRecord *record);
+
 bool thread_records_attach(); // slot and record of the attaching thread
 void thread_records_detach();
 void free_thread_record(ThreadRecord *record); // null: the calling thread's
+
+// Ends what <threads.h> keeps of a thread: `c11_thread` of a record that is being freed. Defined
+// with the threads.
+void finish_c11_thread(void *thread);
 
 } // namespace vexrt

@@ -6,6 +6,7 @@
 extern "C" int __stdcall WinMain(vexrt::HMODULE, vexrt::HMODULE, char *, int);
 
 extern "C" [[noreturn]] void WinMainCRTStartup(void) {
-    run_constructors_and_destructors();
-    exit(WinMain(vexrt::GetModuleHandleA(nullptr), nullptr, __wincmdln(), show_command()));
+    run_program([] {
+        return WinMain(vexrt::GetModuleHandleA(nullptr), nullptr, __wincmdln(), show_command());
+    });
 }

@@ -8,6 +8,5 @@ extern "C" [[noreturn]] void mainCRTStartup(void) {
     int count;
     char **arguments;
     __concmdln(&count, &arguments);
-    run_constructors_and_destructors();
-    exit(main(count, arguments, reinterpret_cast<char **>(no_variables)));
+    run_program([&] { return main(count, arguments, reinterpret_cast<char **>(no_variables)); });
 }

@@ -4,11 +4,15 @@
 
 extern "C" {
 
+struct _EXCEPTION_POINTERS;
+
 int __concmdln(int *count, char ***vector);
 int __wconcmdln(int *count, wchar_t ***vector);
 char *__wincmdln(void);
 wchar_t *__wwincmdln(void);
+int __xcptfilter(unsigned long exception, _EXCEPTION_POINTERS *pointers);
 [[noreturn]] void exit(int status);
+[[noreturn]] void __crt_abort(int code);
 int atexit(void (*handler)(void));
 
 // Runs the program's constructors, once; its destructors are left with atexit.
@@ -27,3 +31,17 @@ inline void run_constructors_and_destructors() {
 
 // main() may take a third argument; there are no variables behind this one.
 inline char *no_variables[1];
+
+// Calls the program's main function, in whatever form `run` does, and exits with its result. The
+// processor's exceptions become signals; one that nobody handles ends the process.
+template <typename Run>
+[[noreturn]] void run_program(Run run) {
+    constexpr int unhandled_exception = -16;
+    __try {
+        run_constructors_and_destructors();
+        exit(run());
+    } __except (
+        __xcptfilter(_exception_code(), static_cast<_EXCEPTION_POINTERS *>(_exception_info()))) {
+        __crt_abort(unhandled_exception);
+    }
+}

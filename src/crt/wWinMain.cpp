@@ -6,6 +6,7 @@
 extern "C" int __stdcall wWinMain(vexrt::HMODULE, vexrt::HMODULE, wchar_t *, int);
 
 extern "C" [[noreturn]] void wWinMainCRTStartup(void) {
-    run_constructors_and_destructors();
-    exit(wWinMain(vexrt::GetModuleHandleA(nullptr), nullptr, __wwincmdln(), show_command()));
+    run_program([] {
+        return wWinMain(vexrt::GetModuleHandleA(nullptr), nullptr, __wwincmdln(), show_command());
+    });
 }

@@ -8,6 +8,6 @@ extern "C" [[noreturn]] void wmainCRTStartup(void) {
     int count;
     wchar_t **arguments;
     __wconcmdln(&count, &arguments);
-    run_constructors_and_destructors();
-    exit(wmain(count, arguments, reinterpret_cast<wchar_t **>(no_variables)));
+    run_program(
+        [&] { return wmain(count, arguments, reinterpret_cast<wchar_t **>(no_variables)); });
 }

@@ -47,6 +47,21 @@ struct PROCESS_INFORMATION {
     DWORD dwProcessId, dwThreadId;
 };
 
+struct SYSTEMTIME {
+    WORD wYear, wMonth, wDayOfWeek, wDay, wHour, wMinute, wSecond, wMilliseconds;
+};
+
+struct TIME_ZONE_INFORMATION {
+    LONG Bias; // minutes, UTC = local time + Bias
+    wchar_t StandardName[32];
+    SYSTEMTIME StandardDate;
+    LONG StandardBias;
+    wchar_t DaylightName[32];
+    SYSTEMTIME DaylightDate;
+    LONG DaylightBias;
+};
+static_assert(sizeof(TIME_ZONE_INFORMATION) == 172);
+
 struct MEMORY_BASIC_INFORMATION {
     void *BaseAddress, *AllocationBase;
     DWORD AllocationProtect;
@@ -79,6 +94,7 @@ constexpr DWORD EXCEPTION_UNWINDING = 0x2, EXCEPTION_EXIT_UNWIND = 0x4;
 
 enum : DWORD {
     ERROR_SUCCESS = 0,
+    ERROR_FILE_NOT_FOUND = 2,
     ERROR_ACCESS_DENIED = 5,
     ERROR_INVALID_HANDLE = 6,
     ERROR_NOT_ENOUGH_MEMORY = 8,
@@ -93,6 +109,8 @@ enum : DWORD { THREAD_SUSPEND_RESUME = 2, THREAD_GET_CONTEXT = 8 };
 constexpr DWORD INFINITE = 0xFFFFFFFF, WAIT_FAILED = 0xFFFFFFFF;
 constexpr DWORD DETACHED_PROCESS = 0x8, CREATE_UNICODE_ENVIRONMENT = 0x400;
 constexpr DWORD DONT_RESOLVE_DLL_REFERENCES = 1;
+enum : DWORD { WAIT_OBJECT_0 = 0, WAIT_TIMEOUT = 258 };
+constexpr DWORD CREATE_SUSPENDED = 4;
 constexpr DWORD TLS_OUT_OF_INDEXES = 0xFFFFFFFF;
 constexpr DWORD TLS_MINIMUM_AVAILABLE = 64;
 constexpr DWORD PF_AVX2_INSTRUCTIONS_AVAILABLE = 40;
@@ -129,6 +147,8 @@ enum : DWORD {
     STD_OUTPUT_HANDLE = static_cast<DWORD>(-11),
     STD_ERROR_HANDLE = static_cast<DWORD>(-12)
 };
+
+enum : DWORD { TIME_ZONE_ID_UNKNOWN, TIME_ZONE_ID_STANDARD, TIME_ZONE_ID_DAYLIGHT };
 
 #define VEXRT_IMPORT extern "C" __declspec(dllimport)
 
@@ -169,6 +189,12 @@ VEXRT_IMPORT BOOL __stdcall CreateProcessW(const wchar_t *, wchar_t *command, SE
 VEXRT_IMPORT BOOL __stdcall GetExitCodeProcess(HANDLE, DWORD *);
 VEXRT_IMPORT DWORD __stdcall GetCurrentProcessId();
 VEXRT_IMPORT BOOL __stdcall SetConsoleCtrlHandler(BOOL(__stdcall *)(DWORD), BOOL add);
+VEXRT_IMPORT LONG __stdcall UnhandledExceptionFilter(EXCEPTION_POINTERS *);
+
+// Time.
+VEXRT_IMPORT void __stdcall GetSystemTime(SYSTEMTIME *);
+VEXRT_IMPORT void __stdcall GetSystemTimeAsFileTime(unsigned long long *);
+VEXRT_IMPORT DWORD __stdcall GetTimeZoneInformation(TIME_ZONE_INFORMATION *);
 
 // Threads and waiting.
 VEXRT_IMPORT DWORD __stdcall TlsAlloc();
@@ -176,6 +202,10 @@ VEXRT_IMPORT BOOL __stdcall TlsFree(DWORD);
 VEXRT_IMPORT void *__stdcall TlsGetValue(DWORD);
 VEXRT_IMPORT BOOL __stdcall TlsSetValue(DWORD, void *);
 VEXRT_IMPORT DWORD __stdcall GetCurrentThreadId();
+VEXRT_IMPORT HANDLE __stdcall CreateThread(SECURITY_ATTRIBUTES *, SIZE_T stack,
+                                           DWORD(__stdcall *)(void *), void *, DWORD flags,
+                                           DWORD *id);
+VEXRT_IMPORT __declspec(noreturn) void __stdcall ExitThread(DWORD);
 VEXRT_IMPORT HANDLE __stdcall OpenThread(DWORD access, BOOL inherit, DWORD id);
 VEXRT_IMPORT DWORD __stdcall SuspendThread(HANDLE);
 VEXRT_IMPORT DWORD __stdcall ResumeThread(HANDLE);
@@ -183,6 +213,13 @@ VEXRT_IMPORT BOOL __stdcall GetThreadContext(HANDLE, CONTEXT *);
 VEXRT_IMPORT HANDLE __stdcall CreateEventW(SECURITY_ATTRIBUTES *, BOOL manual, BOOL set,
                                            const wchar_t *);
 VEXRT_IMPORT BOOL __stdcall SetEvent(HANDLE);
+VEXRT_IMPORT HANDLE __stdcall CreateSemaphoreW(SECURITY_ATTRIBUTES *, LONG initial, LONG maximum,
+                                               const wchar_t *);
+VEXRT_IMPORT BOOL __stdcall ReleaseSemaphore(HANDLE, LONG count, LONG *previous);
+VEXRT_IMPORT HANDLE __stdcall CreateWaitableTimerA(SECURITY_ATTRIBUTES *, BOOL manual,
+                                                   const char *);
+VEXRT_IMPORT BOOL __stdcall SetWaitableTimer(HANDLE, const LARGE_INTEGER *due, LONG period,
+                                             void *routine, void *argument, BOOL resume);
 VEXRT_IMPORT DWORD __stdcall WaitForSingleObject(HANDLE, DWORD milliseconds);
 VEXRT_IMPORT BOOL __stdcall CloseHandle(HANDLE);
 VEXRT_IMPORT void __stdcall Sleep(DWORD milliseconds);

@@ -8,6 +8,7 @@
 #include "io/io.h"
 #include "startup/startup.h"
 #include "string/kernels.h"
+#include "threads/threads.h"
 
 namespace vexrt {
 
@@ -64,6 +65,7 @@ BOOL detach_process(bool process_ending) {
     if (process_ending) return true;
     descriptors_detach();
     free_thread_record(nullptr);
+    free_spare_threads();
     destroy_locks();
     thread_records_detach();
     heap_destroy();
