@@ -16,7 +16,7 @@
 #define O_SHORT_LIVED 0x1000 /* keep the file in memory if possible */
 #define O_TEXT 0x4000        /* translate line ends; Ctrl-Z ends the file */
 #define O_BINARY 0x8000      /* no translation: the default */
-#define O_WTEXT 0x10000      /* Unicode text: UTF-16LE in a new file, else by the file's mark */
+#define O_WTEXT 0x10000      /* UTF-16LE text in a file made for writing, else plain text */
 #define O_U16TEXT 0x20000    /* UTF-16LE text */
 #define O_U8TEXT 0x40000     /* UTF-8 text */
 

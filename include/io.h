@@ -9,6 +9,7 @@
 #ifndef _IO_H
 #define _IO_H
 
+#include <_timespec.h>
 #include <_vexrt.h>
 
 #ifndef SEEK_SET
@@ -16,6 +17,33 @@
 #define SEEK_CUR 1
 #define SEEK_END 2
 #endif
+
+/* A file that _findfirst() found. A time that is not kept is -1; `size` is the low 32 bits. */
+struct _finddata_t {
+    unsigned attrib;
+    time_t time_create;
+    time_t time_access;
+    time_t time_write;
+    unsigned long size;
+    char name[260];
+};
+
+struct _wfinddata_t {
+    unsigned attrib;
+    time_t time_create;
+    time_t time_access;
+    time_t time_write;
+    unsigned long size;
+    wchar_t name[260];
+};
+
+/* The bits of `attrib`. */
+#define _A_NORMAL 0x00
+#define _A_RDONLY 0x01
+#define _A_HIDDEN 0x02
+#define _A_SYSTEM 0x04
+#define _A_SUBDIR 0x10
+#define _A_ARCH 0x20
 
 _VEXRT_BEGIN
 
@@ -111,6 +139,31 @@ int _chsize64(int fd, long long size);
    -1 with ENOENT, EACCES, and EINVAL for another mode or a null path. */
 int _access(const char *path, int mode);
 int _waccess(const wchar_t *path, int mode);
+
+/* Make a file read-only, or with S_IWRITE in `pmode` writable. 0, or -1 with ENOENT, EACCES, EINVAL. */
+int _chmod(const char *path, int pmode);
+int _wchmod(const wchar_t *path, int pmode);
+
+/* Remove a file; remove() of <stdio.h> is the same. 0, or -1 with ENOENT, EACCES (it is a directory,
+   read-only or open), EINVAL. */
+int _unlink(const char *path);
+int _wunlink(const wchar_t *path);
+
+/* Make a symbolic link. 0, or -1 with EPERM where the system wants a privilege for it, ENOSYS where it has
+   no links, EEXIST, EINVAL. */
+int _symlink(const char *target, const char *linkpath);
+int _wsymlink(const wchar_t *target, const wchar_t *linkpath);
+
+/*
+ * Find the files that match a pattern with '*' and '?' in its last component. _findfirst() stores the first
+ * and returns a handle for the rest, or -1 with ENOENT or EINVAL; _findnext() stores the next and returns
+ * 0, or -1 with ENOENT when there are no more; _findclose() ends the search, 0 or -1 with EINVAL.
+ */
+intptr_t _findfirst(const char *pattern, struct _finddata_t *fileinfo);
+intptr_t _wfindfirst(const wchar_t *pattern, struct _wfinddata_t *fileinfo);
+int _findnext(intptr_t handle, struct _finddata_t *fileinfo);
+int _wfindnext(intptr_t handle, struct _wfinddata_t *fileinfo);
+int _findclose(intptr_t handle);
 
 /* ---- The rest ---- */
 

@@ -295,6 +295,35 @@ void perror(const char *s);
 /* The same with a wide prefix, written as multibyte characters. */
 void _wperror(const wchar_t *s);
 
+/* ---- Files by name ---- */
+
+/* Removes a file. 0, or -1 with errno as _unlink() of <io.h>. */
+int remove(const char *filename);
+int _wremove(const wchar_t *filename);
+
+/* Gives a file or directory another name, on the same drive also in another directory; files move between
+   drives, too. 0, or -1 with ENOENT, EEXIST (the new name is in use), EACCES, EINVAL. */
+int rename(const char *oldname, const char *newname);
+int _wrename(const wchar_t *oldname, const wchar_t *newname);
+
+/*
+ * Makes a name in the directory of the variable TEMP, else in the root of the current drive: another one
+ * with each of a thread's calls, the same again after 32768. Whether there is such a file is not looked at.
+ * For a null `s` (L_tmpnam characters) the thread's own buffer is used. Null only without memory.
+ */
+char *tmpnam(char *s);
+wchar_t *_wtmpnam(wchar_t *s);
+
+/* The same into `maxsize` characters. 0; EINVAL (a constraint violation) for a null `s` or a size of 0 or
+   above RSIZE_MAX, ERANGE (likewise) when the name does not fit; `s` is then empty. */
+errno_t tmpnam_s(char *s, rsize_t maxsize);
+errno_t _wtmpnam_s(wchar_t *s, rsize_t maxsize);
+
+/* Opens a file of such a name for update, binary, which is deleted when it is closed. tmpfile_s() returns
+   0, 2 when it cannot be opened, ENOMEM; EINVAL (a constraint violation) for a null pointer. */
+FILE *tmpfile(void);
+errno_t tmpfile_s(FILE *_VEXRT_RESTRICT *_VEXRT_RESTRICT streamptr);
+
 /* ---- Streams in memory ---- */
 
 /*

@@ -105,6 +105,32 @@ int _wputenv(const wchar_t *string);
 int system(const char *string);
 int _wsystem(const wchar_t *string);
 
+/* ---- Path names ---- */
+
+/*
+ * Makes a path absolute, in `buf` of `size` characters or for a null `buf` in a block of at least `size`
+ * that the caller frees. The file need not exist; a null or empty path is the current directory. Null with
+ * ERANGE (it does not fit), ENOMEM, EINVAL.
+ */
+char *_fullpath(char *buf, const char *path, size_t size);
+wchar_t *_wfullpath(wchar_t *buf, const wchar_t *path, size_t size);
+
+/* Takes a path apart: drive with its colon, directory with the separator at its end, name, and extension
+   with its dot. Each part (which may be null) has room for 260 characters. */
+void _splitpath(const char *path, char *drive, char *dir, char *fname, char *ext);
+void _wsplitpath(const wchar_t *path, wchar_t *drive, wchar_t *dir, wchar_t *fname, wchar_t *ext);
+
+/* Puts a path together from parts, which may be null or empty, with the colon, the separator and the dot
+   that they lack. `path` has room for 260 characters; what is beyond 258 is cut. */
+void _makepath(char *path, const char *drive, const char *dir, const char *fname, const char *ext);
+void _wmakepath(wchar_t *path, const wchar_t *drive, const wchar_t *dir, const wchar_t *fname,
+                const wchar_t *ext);
+
+/* Stores in `buf` of 260 characters the absolute path of a file that is in the current directory or in one
+   of those that an environment variable lists; an empty string, and ENOENT, when there is none. */
+void _searchenv(const char *file, const char *varname, char *buf);
+void _wsearchenv(const wchar_t *file, const wchar_t *varname, wchar_t *buf);
+
 /* ---- Ending the process ---- */
 
 /*

@@ -5,6 +5,7 @@
 namespace vexrt {
 
 using BOOL = int;
+using BOOLEAN = unsigned char;
 using BYTE = unsigned char;
 using WORD = unsigned short;
 using DWORD = unsigned long;
@@ -62,6 +63,27 @@ struct TIME_ZONE_INFORMATION {
 };
 static_assert(sizeof(TIME_ZONE_INFORMATION) == 172);
 
+struct FILETIME {
+    DWORD low, high;
+};
+
+// WIN32_FIND_DATAA and WIN32_FIND_DATAW.
+template <typename Char>
+struct FIND_DATA {
+    DWORD attributes;
+    FILETIME created, accessed, written;
+    DWORD size_high, size_low, reserved[2];
+    Char name[260];
+    Char alternate_name[14];
+};
+static_assert(sizeof(FIND_DATA<char>) == 320 && sizeof(FIND_DATA<wchar_t>) == 592);
+
+struct BY_HANDLE_FILE_INFORMATION {
+    DWORD attributes;
+    FILETIME created, accessed, written;
+    DWORD volume, size_high, size_low, link_count, index_high, index_low;
+};
+
 struct MEMORY_BASIC_INFORMATION {
     void *BaseAddress, *AllocationBase;
     DWORD AllocationProtect;
@@ -98,6 +120,7 @@ enum : DWORD {
     ERROR_ACCESS_DENIED = 5,
     ERROR_INVALID_HANDLE = 6,
     ERROR_NOT_ENOUGH_MEMORY = 8,
+    ERROR_INVALID_PARAMETER = 87,
     ERROR_BROKEN_PIPE = 109,
     ERROR_NEGATIVE_SEEK = 131,
     ERROR_NO_DATA = 232,
@@ -115,10 +138,19 @@ constexpr DWORD TLS_OUT_OF_INDEXES = 0xFFFFFFFF;
 constexpr DWORD TLS_MINIMUM_AVAILABLE = 64;
 constexpr DWORD PF_AVX2_INSTRUCTIONS_AVAILABLE = 40;
 
-enum : DWORD { MEM_COMMIT = 0x1000, MEM_RESERVE = 0x2000, MEM_RELEASE = 0x8000 };
-enum : DWORD { PAGE_NOACCESS = 1, PAGE_READWRITE = 4 };
+enum : DWORD {
+    MEM_COMMIT = 0x1000,
+    MEM_RESERVE = 0x2000,
+    MEM_RELEASE = 0x8000,
+    MEM_FREE = 0x10000,
+    MEM_MAPPED = 0x40000,
+    MEM_IMAGE = 0x1000000
+};
+enum : DWORD { FILE_MAP_COPY = 1, FILE_MAP_WRITE = 2, FILE_MAP_READ = 4, FILE_MAP_EXECUTE = 0x20 };
+enum : DWORD { PAGE_NOACCESS = 1, PAGE_READONLY = 2, PAGE_READWRITE = 4, PAGE_WRITECOPY = 8 };
 
 enum : DWORD { GENERIC_WRITE = 0x40000000, GENERIC_READ = 0x80000000, DELETE = 0x10000 };
+constexpr DWORD FILE_WRITE_ATTRIBUTES = 0x100, MOVEFILE_COPY_ALLOWED = 2;
 enum : DWORD { FILE_SHARE_READ = 1, FILE_SHARE_WRITE = 2 };
 enum : DWORD {
     CREATE_NEW = 1,
@@ -132,6 +164,8 @@ enum : DWORD {
     FILE_ATTRIBUTE_DIRECTORY = 0x10,
     FILE_ATTRIBUTE_NORMAL = 0x80,
     FILE_ATTRIBUTE_TEMPORARY = 0x100,
+    FILE_ATTRIBUTE_REPARSE_POINT = 0x400,
+    FILE_FLAG_BACKUP_SEMANTICS = 0x02000000,
     FILE_FLAG_DELETE_ON_CLOSE = 0x04000000,
     FILE_FLAG_SEQUENTIAL_SCAN = 0x08000000,
     FILE_FLAG_RANDOM_ACCESS = 0x10000000
@@ -246,6 +280,52 @@ VEXRT_IMPORT HANDLE __stdcall CreateFileW(const wchar_t *, DWORD access, DWORD s
 VEXRT_IMPORT BOOL __stdcall ReadFile(HANDLE, void *, DWORD, DWORD *done, void *overlapped);
 VEXRT_IMPORT BOOL __stdcall WriteFile(HANDLE, const void *, DWORD, DWORD *done, void *overlapped);
 VEXRT_IMPORT DWORD __stdcall GetFileType(HANDLE);
+VEXRT_IMPORT BOOL __stdcall SetFileAttributesA(const char *, DWORD);
+VEXRT_IMPORT BOOL __stdcall SetFileAttributesW(const wchar_t *, DWORD);
+VEXRT_IMPORT HANDLE __stdcall FindFirstFileA(const char *, FIND_DATA<char> *);
+VEXRT_IMPORT HANDLE __stdcall FindFirstFileW(const wchar_t *, FIND_DATA<wchar_t> *);
+VEXRT_IMPORT BOOL __stdcall FindNextFileA(HANDLE, FIND_DATA<char> *);
+VEXRT_IMPORT BOOL __stdcall FindNextFileW(HANDLE, FIND_DATA<wchar_t> *);
+VEXRT_IMPORT BOOL __stdcall FindClose(HANDLE);
+VEXRT_IMPORT DWORD __stdcall GetFullPathNameA(const char *, DWORD size, char *, char **name);
+VEXRT_IMPORT DWORD __stdcall GetFullPathNameW(const wchar_t *, DWORD size, wchar_t *,
+                                              wchar_t **name);
+VEXRT_IMPORT UINT __stdcall GetDriveTypeA(const char *);
+VEXRT_IMPORT UINT __stdcall GetDriveTypeW(const wchar_t *);
+VEXRT_IMPORT DWORD __stdcall GetLogicalDrives();
+VEXRT_IMPORT DWORD __stdcall GetCurrentDirectoryA(DWORD size, char *);
+VEXRT_IMPORT DWORD __stdcall GetCurrentDirectoryW(DWORD size, wchar_t *);
+VEXRT_IMPORT BOOL __stdcall SetCurrentDirectoryA(const char *);
+VEXRT_IMPORT BOOL __stdcall SetCurrentDirectoryW(const wchar_t *);
+VEXRT_IMPORT BOOL __stdcall CreateDirectoryA(const char *, SECURITY_ATTRIBUTES *);
+VEXRT_IMPORT BOOL __stdcall CreateDirectoryW(const wchar_t *, SECURITY_ATTRIBUTES *);
+VEXRT_IMPORT BOOL __stdcall RemoveDirectoryA(const char *);
+VEXRT_IMPORT BOOL __stdcall RemoveDirectoryW(const wchar_t *);
+VEXRT_IMPORT BOOL __stdcall DeleteFileA(const char *);
+VEXRT_IMPORT BOOL __stdcall DeleteFileW(const wchar_t *);
+VEXRT_IMPORT BOOL __stdcall MoveFileExA(const char *, const char *, DWORD flags);
+VEXRT_IMPORT BOOL __stdcall MoveFileExW(const wchar_t *, const wchar_t *, DWORD flags);
+VEXRT_IMPORT BOOLEAN __stdcall CreateSymbolicLinkA(const char *link, const char *target,
+                                                   DWORD flags);
+VEXRT_IMPORT BOOLEAN __stdcall CreateSymbolicLinkW(const wchar_t *link, const wchar_t *target,
+                                                   DWORD flags);
+VEXRT_IMPORT BOOL __stdcall GetFileInformationByHandle(HANDLE, BY_HANDLE_FILE_INFORMATION *);
+VEXRT_IMPORT BOOL __stdcall GetFileSizeEx(HANDLE, LARGE_INTEGER *);
+VEXRT_IMPORT BOOL __stdcall PeekNamedPipe(HANDLE, void *, DWORD, DWORD *read, DWORD *available,
+                                          DWORD *left);
+VEXRT_IMPORT BOOL __stdcall SetFileTime(HANDLE, const FILETIME *created, const FILETIME *accessed,
+                                        const FILETIME *written);
+VEXRT_IMPORT BOOL __stdcall FileTimeToLocalFileTime(const FILETIME *, FILETIME *);
+VEXRT_IMPORT BOOL __stdcall LocalFileTimeToFileTime(const FILETIME *, FILETIME *);
+VEXRT_IMPORT BOOL __stdcall FileTimeToSystemTime(const FILETIME *, SYSTEMTIME *);
+VEXRT_IMPORT BOOL __stdcall SystemTimeToFileTime(const SYSTEMTIME *, FILETIME *);
+VEXRT_IMPORT HANDLE __stdcall CreateFileMappingW(HANDLE, SECURITY_ATTRIBUTES *, DWORD protect,
+                                                 DWORD size_high, DWORD size_low, const wchar_t *);
+VEXRT_IMPORT void *__stdcall MapViewOfFileEx(HANDLE, DWORD access, DWORD offset_high,
+                                             DWORD offset_low, SIZE_T, void *address);
+VEXRT_IMPORT BOOL __stdcall UnmapViewOfFile(const void *);
+VEXRT_IMPORT BOOL __stdcall FlushViewOfFile(const void *, SIZE_T);
+VEXRT_IMPORT BOOL __stdcall VirtualProtect(void *, SIZE_T, DWORD protect, DWORD *old);
 VEXRT_IMPORT DWORD __stdcall GetFileAttributesA(const char *);
 VEXRT_IMPORT DWORD __stdcall GetFileAttributesW(const wchar_t *);
 VEXRT_IMPORT DWORD __stdcall SetFilePointer(HANDLE, LONG, LONG *high, DWORD origin);

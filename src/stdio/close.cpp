@@ -22,6 +22,11 @@ int close_stream(Stream &s) {
     if (s.flags & SF_OWNBUF) heap_release(s.base);
     s.base = nullptr;
     if (close_below(s) != 0) result = -1;
+    if (s.tmpname) {
+        if (remove(s.tmpname) != 0) result = -1;
+        heap_release(s.tmpname);
+        s.tmpname = nullptr;
+    }
     if (s.flags & SF_HEAP) {
         stream_table[s.index] = nullptr;
         heap_release(&s);

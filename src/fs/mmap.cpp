@@ -1,0 +1,136 @@
+// Memory mapping. Files are views of the system, which begin at multiples of its granularity; what
+// a caller gets may begin within one. Anonymous memory is a reservation of its own. Either is found
+// again from an address by asking the system.
+
+#include "core/errno.h"
+#include "fs/file_api.h"
+#include "io/io.h"
+
+#include <limits.h>
+#include <sys/mman.h>
+
+namespace vexrt {
+
+namespace {
+
+constexpr unsigned granularity = 0x10000, page_size = 0x1000;
+
+struct Access {
+    DWORD page; // protection of the mapping object, and of anonymous memory
+    DWORD view;
+};
+
+// By PROT_EXEC and PROT_WRITE; a private mapping copies what is written.
+Access access_of(int protection, bool is_private, bool anonymous) {
+    bool writes = protection & PROT_WRITE, executes = protection & PROT_EXEC;
+    DWORD view = !writes ? FILE_MAP_READ : is_private ? FILE_MAP_COPY : FILE_MAP_WRITE;
+    if (executes) view |= FILE_MAP_EXECUTE;
+    bool copies = writes && is_private && !anonymous;
+    DWORD page = !writes ? PAGE_READONLY : copies ? PAGE_WRITECOPY : PAGE_READWRITE;
+    return {executes ? page << 4 : page,
+            view}; // the executable protections follow in the same order
+}
+
+void *map_anonymous(void *address, size_t length, int protection) {
+    Access access = access_of(protection, true, true);
+    DWORD page = protection == PROT_NONE ? static_cast<DWORD>(PAGE_NOACCESS) : access.page;
+    return VirtualAlloc(address, length, MEM_RESERVE | MEM_COMMIT, page);
+}
+
+// `length` is cut at the end of the file: what lies behind it has no memory.
+void *map_file(void *address, size_t length, int protection, bool is_private, HANDLE file,
+               unsigned offset) {
+    int64_t size;
+    if (!GetFileSizeEx(file, &size)) return nullptr;
+    if (offset >= size) {
+        SetLastError(ERROR_INVALID_PARAMETER);
+        return nullptr;
+    }
+    Access access = access_of(protection, is_private, false);
+    HANDLE mapping = CreateFileMappingW(file, nullptr, access.page, 0, 0, nullptr);
+    if (!mapping) return nullptr;
+    unsigned skipped = offset % granularity;
+    int64_t rest = size - offset;
+    size_t view_length =
+        skipped + (rest < static_cast<int64_t>(length) ? static_cast<size_t>(rest) : length);
+    void *start = address ? static_cast<char *>(address) - skipped : nullptr;
+    void *view = MapViewOfFileEx(mapping, access.view, 0, offset - skipped, view_length, start);
+    DWORD error = GetLastError();
+    CloseHandle(mapping); // the view keeps it
+    SetLastError(error);
+    if (!view) return nullptr;
+    if (protection == PROT_NONE) {
+        DWORD old;
+        VirtualProtect(view, view_length, PAGE_NOACCESS, &old);
+    }
+    return static_cast<char *>(view) + skipped;
+}
+
+void *mapping_failed(int code) {
+    set_errno(code);
+    return MAP_FAILED;
+}
+
+bool valid_request(size_t length, int protection, int flags, off_t offset) {
+    int sharing = flags & (MAP_SHARED | MAP_PRIVATE);
+    return length != 0 && length <= INT_MAX &&
+           !(protection & ~(PROT_READ | PROT_WRITE | PROT_EXEC)) &&
+           (sharing == MAP_SHARED || sharing == MAP_PRIVATE) && offset >= 0 &&
+           offset % page_size == 0;
+}
+
+// The region of a mapping; false with EINVAL when `address` is not where one begins.
+bool find_mapping(const void *address, MEMORY_BASIC_INFORMATION &region) {
+    auto offset = reinterpret_cast<uintptr_t>(address) % granularity;
+    bool found = VirtualQuery(address, &region, sizeof region) && region.State != MEM_FREE &&
+                 region.Type != MEM_IMAGE &&
+                 region.AllocationBase == static_cast<const char *>(address) - offset &&
+                 offset % page_size == 0 && (offset == 0 || region.Type == MEM_MAPPED);
+    if (!found) set_errno(EINVAL);
+    return found;
+}
+
+} // namespace
+
+} // namespace vexrt
+
+using namespace vexrt;
+
+extern "C" void *_mmap(void *address, size_t length, int protection, int flags, int fd,
+                       off_t offset) {
+    if (!valid_request(length, protection, flags, offset)) return mapping_failed(EINVAL);
+    if (!(flags & MAP_FIXED)) address = nullptr;
+    void *mapped;
+    if (flags & MAP_ANONYMOUS) {
+        mapped = map_anonymous(address, length, protection);
+    } else {
+        Descriptor *descriptor = open_descriptor(fd);
+        if (!descriptor) return mapping_failed(EBADF);
+        if (!descriptor->is_seekable()) return mapping_failed(ENODEV);
+        mapped = map_file(address, length, protection, flags & MAP_PRIVATE, descriptor->osfhandle,
+                          static_cast<unsigned>(offset));
+    }
+    if (mapped) return mapped;
+    map_os_error(GetLastError());
+    return MAP_FAILED;
+}
+
+// The whole mapping goes, whatever the length.
+extern "C" int _munmap(void *address, size_t length) {
+    MEMORY_BASIC_INFORMATION region;
+    if (length == 0) return fail_with(EINVAL);
+    if (!find_mapping(address, region)) return -1;
+    return result_by_system(region.Type == MEM_MAPPED ? UnmapViewOfFile(region.AllocationBase)
+                                                      : VirtualFree(address, 0, MEM_RELEASE));
+}
+
+extern "C" int _msync(void *address, size_t length, int flags) {
+    constexpr int both = MS_ASYNC | MS_SYNC;
+    MEMORY_BASIC_INFORMATION region;
+    if (flags & ~(both | MS_INVALIDATE) || (flags & both) == both ||
+        reinterpret_cast<uintptr_t>(address) % page_size)
+        return fail_with(EINVAL);
+    if (!VirtualQuery(address, &region, sizeof region) || region.State == MEM_FREE)
+        return fail_with(ENOMEM);
+    return region.Type == MEM_MAPPED ? result_by_system(FlushViewOfFile(address, length)) : 0;
+}

@@ -1,0 +1,170 @@
+// Files and directories by name: removing, renaming, permissions, links, the current directory.
+
+#include "fs/file_api.h"
+
+#include <direct.h>
+#include <io.h>
+#include <stdio.h>
+#include <stdlib.h>
+#include <sys/stat.h>
+
+namespace vexrt {
+
+namespace {
+
+template <typename Char>
+int unlink_file(const Char *path) {
+    return path ? result_by_system(FileApi<Char>::delete_file(path)) : fail_with(EINVAL);
+}
+
+template <typename Char>
+int rename_file(const Char *from, const Char *to) {
+    return from && to ? result_by_system(FileApi<Char>::move_file(from, to)) : fail_with(EINVAL);
+}
+
+template <typename Char>
+int change_mode(const Char *path, int mode) {
+    if (!path) return fail_with(EINVAL);
+    DWORD attributes = FileApi<Char>::attributes(path);
+    if (attributes == INVALID_FILE_ATTRIBUTES) return fail_by_system();
+    if (mode & S_IWRITE)
+        attributes &= ~static_cast<DWORD>(FILE_ATTRIBUTE_READONLY);
+    else
+        attributes |= FILE_ATTRIBUTE_READONLY;
+    return result_by_system(FileApi<Char>::set_attributes(path, attributes));
+}
+
+// The system must know whether the link is to a directory. Some systems say that they have made a
+// link and have not.
+template <typename Char>
+int make_link(const Char *target, const Char *link) {
+    constexpr DWORD unprivileged = 2;
+    if (!target || !link) return fail_with(EINVAL);
+    DWORD attributes = FileApi<Char>::attributes(target);
+    bool directory = attributes != INVALID_FILE_ATTRIBUTES && attributes & FILE_ATTRIBUTE_DIRECTORY;
+    if (!FileApi<Char>::create_symbolic_link(link, target, unprivileged | directory)) {
+        constexpr DWORD ERROR_PRIVILEGE_NOT_HELD = 1314;
+        return GetLastError() == ERROR_PRIVILEGE_NOT_HELD ? fail_with(EPERM) : fail_by_system();
+    }
+    return FileApi<Char>::attributes(link) == INVALID_FILE_ATTRIBUTES ? fail_with(ENOSYS) : 0;
+}
+
+// ---- directories ----
+
+template <typename Char>
+int make_directory(const Char *path) {
+    return path ? result_by_system(FileApi<Char>::create_directory(path)) : fail_with(EINVAL);
+}
+
+template <typename Char>
+int remove_directory(const Char *path) {
+    return path ? result_by_system(FileApi<Char>::remove_directory(path)) : fail_with(EINVAL);
+}
+
+// The directory of a drive is kept in a variable "=X:", where the system and children look for it.
+template <typename Char>
+int change_directory(const Char *path) {
+    if (!path) return fail_with(EINVAL);
+    if (!FileApi<Char>::set_current_directory(path)) return fail_by_system();
+    Char directory[path_capacity];
+    DWORD length = FileApi<Char>::current_directory(path_capacity, directory);
+    if (length == 0 || length >= path_capacity || !has_drive(directory)) return 0;
+    const Char variable[] = {'=', directory[0], ':', 0};
+    FileApi<Char>::set_variable(variable, directory);
+    return 0;
+}
+
+// A path of the system into the caller's buffer, or into a block of at least `size` characters.
+template <typename Char, typename Query>
+Char *path_result(Char *buffer, int size, Query query) {
+    if (buffer && size <= 0) {
+        set_errno(EINVAL);
+        return nullptr;
+    }
+    DWORD needed = query(0, nullptr);
+    if (needed == 0) {
+        map_os_error(GetLastError());
+        return nullptr;
+    }
+    auto room = static_cast<DWORD>(size > 0 ? size : 0);
+    if (buffer && needed > room) {
+        set_errno(ERANGE);
+        return nullptr;
+    }
+    if (room < needed) room = needed;
+    auto *to = buffer ? buffer : static_cast<Char *>(malloc(room * sizeof(Char)));
+    if (!to) return nullptr;
+    if (query(room, to) < room) return to;
+    if (!buffer) free(to);
+    set_errno(ERANGE); // the directory has changed in between
+    return nullptr;
+}
+
+template <typename Char>
+Char *get_directory(Char *buffer, int size) {
+    return path_result(buffer, size, [](DWORD room, Char *to) {
+        return FileApi<Char>::current_directory(room, to);
+    });
+}
+
+template <typename Char>
+Char *get_drive_directory(int drive, Char *buffer, int size) {
+    if (drive == 0) return get_directory(buffer, size);
+    if (drive < 0 || drive > 26 || !(GetLogicalDrives() >> (drive - 1) & 1)) {
+        set_errno(EACCES);
+        return nullptr;
+    }
+    const Char path[] = {static_cast<Char>('A' + drive - 1), ':', '.', 0};
+    return path_result(buffer, size, [&path](DWORD room, Char *to) {
+        return FileApi<Char>::full_path(path, room, to);
+    });
+}
+
+} // namespace
+
+} // namespace vexrt
+
+using namespace vexrt;
+
+extern "C" {
+
+int _unlink(const char *path) { return unlink_file(path); }
+int _wunlink(const wchar_t *path) { return unlink_file(path); }
+int remove(const char *path) { return unlink_file(path); }
+int _wremove(const wchar_t *path) { return unlink_file(path); }
+int rename(const char *from, const char *to) { return rename_file(from, to); }
+int _wrename(const wchar_t *from, const wchar_t *to) { return rename_file(from, to); }
+int _chmod(const char *path, int mode) { return change_mode(path, mode); }
+int _wchmod(const wchar_t *path, int mode) { return change_mode(path, mode); }
+int _symlink(const char *target, const char *link) { return make_link(target, link); }
+int _wsymlink(const wchar_t *target, const wchar_t *link) { return make_link(target, link); }
+
+int _mkdir(const char *path) { return make_directory(path); }
+int _wmkdir(const wchar_t *path) { return make_directory(path); }
+int _rmdir(const char *path) { return remove_directory(path); }
+int _wrmdir(const wchar_t *path) { return remove_directory(path); }
+int _chdir(const char *path) { return change_directory(path); }
+int _wchdir(const wchar_t *path) { return change_directory(path); }
+char *_getcwd(char *buffer, int size) { return get_directory(buffer, size); }
+wchar_t *_wgetcwd(wchar_t *buffer, int size) { return get_directory(buffer, size); }
+char *_getdcwd(int drive, char *buffer, int size) {
+    return get_drive_directory(drive, buffer, size);
+}
+wchar_t *_wgetdcwd(int drive, wchar_t *buffer, int size) {
+    return get_drive_directory(drive, buffer, size);
+}
+
+int _getdrive() {
+    wchar_t directory[path_capacity];
+    DWORD length = GetCurrentDirectoryW(path_capacity, directory);
+    bool known = length > 0 && length < path_capacity && has_drive(directory);
+    return known ? (*directory | 0x20) - 'a' + 1 : 0;
+}
+
+int _chdrive(int drive) {
+    if (drive < 1 || drive > 26) return fail_with(EACCES);
+    const wchar_t root[] = {static_cast<wchar_t>('A' + drive - 1), ':', 0};
+    return SetCurrentDirectoryW(root) ? 0 : fail_with(EACCES);
+}
+
+} // extern "C"
