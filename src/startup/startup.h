@@ -12,8 +12,8 @@ using ExitHandler = void (*)();
 void register_internal_exit_handler(ExitHandler handler);
 void run_internal_exit_handlers();
 
-// The copy of the process environment, one a width: zero-terminated strings, an empty one at the end.
-// Lock 7 guards them once there are threads.
+// The copy of the process environment, one a width: zero-terminated strings, an empty one at the
+// end. Lock 7 guards them once there are threads.
 template <typename Char>
 Char *&environment_copy();
 template <typename Char>

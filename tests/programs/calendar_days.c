@@ -39,7 +39,8 @@ int main(int argc, char **argv)
         if (full) {
             for (int i = 0; i < 48; ++i) look_at(start + 1800 * i - 1), look_at(start + 1800 * i);
         } else {
-            look_at(start), look_at(start + 3600 * (day % 24) - 1);
+            time_t hour = start + 3600 * (day % 24);
+            look_at(start), look_at(hour - 1), look_at(hour);
         }
         int now = gmtime(&start)->tm_year;
         if (now == year && day != last_day) continue;

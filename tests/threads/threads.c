@@ -136,6 +136,26 @@ static void test_many(void)
     CHECK_INT(wrong, 0);
 }
 
+/* Until there is no room for a stack; all that were started can then still be joined. */
+static void test_exhaustion(void)
+{
+    enum { most = 200 };
+    static thrd_t threads[most];
+    int count = 0, result = thrd_success, wrong = 0;
+    go_on = ended = 0;
+    for (; count < most; ++count) {
+        result = __thrd_create_omp(&threads[count], wait_to_go, NULL, 64 << 20);
+        if (result != thrd_success) break;
+    }
+    CHECK_INT(result, thrd_error);
+    CHECK(count > 10);
+    go_on = 1;
+    for (int i = 0; i < count; ++i) wrong += thrd_join(threads[i], NULL) != thrd_success;
+    CHECK_INT(wrong, 0);
+    CHECK_INT(thrd_create(&threads[0], give, NULL), thrd_success);
+    CHECK_INT(thrd_join(threads[0], NULL), thrd_success);
+}
+
 /* ---- by handles ---- */
 
 static void begun(void *place) { *(int *)place = 1; }
@@ -298,6 +318,7 @@ int main(int argc, char **argv)
     test_detaching();
     test_stack_size();
     test_many();
+    test_exhaustion();
     test_begin_thread();
     test_sleeping();
     test_exceptions();
