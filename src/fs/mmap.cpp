@@ -3,7 +3,9 @@
 // again from an address by asking the system.
 
 #include "core/errno.h"
+#include "core/lock.h"
 #include "fs/file_api.h"
+#include "heap/heap.h"
 #include "io/io.h"
 
 #include <limits.h>
@@ -14,6 +16,36 @@ namespace vexrt {
 namespace {
 
 constexpr unsigned granularity = 0x10000, page_size = 0x1000;
+
+// The mappings that do not begin where their view does.
+struct InnerMapping {
+    InnerMapping *next;
+    const void *address;
+};
+InnerMapping *inner_mappings;
+Lock inner_lock;
+
+bool remember(const void *address) {
+    auto *entry = static_cast<InnerMapping *>(heap_allocate(sizeof(InnerMapping)));
+    if (!entry) return false;
+    Locked guard(inner_lock);
+    *entry = {inner_mappings, address};
+    inner_mappings = entry;
+    return true;
+}
+
+// True when the address was in the list.
+bool forget(const void *address) {
+    Locked guard(inner_lock);
+    for (InnerMapping **link = &inner_mappings; *link; link = &(*link)->next) {
+        InnerMapping *entry = *link;
+        if (entry->address != address) continue;
+        *link = entry->next;
+        heap_release(entry);
+        return true;
+    }
+    return false;
+}
 
 struct Access {
     DWORD page; // protection of the mapping object, and of anonymous memory
@@ -63,7 +95,11 @@ void *map_file(void *address, size_t length, int protection, bool is_private, HA
         DWORD old;
         VirtualProtect(view, view_length, PAGE_NOACCESS, &old);
     }
-    return static_cast<char *>(view) + skipped;
+    char *mapped = static_cast<char *>(view) + skipped;
+    if (!skipped || remember(mapped)) return mapped;
+    UnmapViewOfFile(view);
+    SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+    return nullptr;
 }
 
 void *mapping_failed(int code) {
@@ -79,15 +115,13 @@ bool valid_request(size_t length, int protection, int flags, off_t offset) {
            offset % page_size == 0;
 }
 
-// The region of a mapping; false with EINVAL when `address` is not where one begins.
-bool find_mapping(const void *address, MEMORY_BASIC_INFORMATION &region) {
-    auto offset = reinterpret_cast<uintptr_t>(address) % granularity;
-    bool found = VirtualQuery(address, &region, sizeof region) && region.State != MEM_FREE &&
-                 region.Type != MEM_IMAGE &&
-                 region.AllocationBase == static_cast<const char *>(address) - offset &&
-                 offset % page_size == 0 && (offset == 0 || region.Type == MEM_MAPPED);
-    if (!found) set_errno(EINVAL);
-    return found;
+// Whether a mapping may begin at `address`, of which the system tells the region. A view that
+// begins in the middle of its granularity must be in the list as well.
+bool begins_mapping(const void *address, const MEMORY_BASIC_INFORMATION &region) {
+    auto inner = reinterpret_cast<uintptr_t>(address) % granularity;
+    return region.State != MEM_FREE && region.Type != MEM_IMAGE &&
+           region.AllocationBase == static_cast<const char *>(address) - inner &&
+           (inner == 0 || (region.Type == MEM_MAPPED && forget(address)));
 }
 
 } // namespace
@@ -119,7 +153,8 @@ extern "C" void *_mmap(void *address, size_t length, int protection, int flags, 
 extern "C" int _munmap(void *address, size_t length) {
     MEMORY_BASIC_INFORMATION region;
     if (length == 0) return fail_with(EINVAL);
-    if (!find_mapping(address, region)) return -1;
+    if (!VirtualQuery(address, &region, sizeof region) || !begins_mapping(address, region))
+        return fail_with(EINVAL);
     return result_by_system(region.Type == MEM_MAPPED ? UnmapViewOfFile(region.AllocationBase)
                                                       : VirtualFree(address, 0, MEM_RELEASE));
 }

@@ -28,19 +28,19 @@ BOOL set_variable(const wchar_t *name, const wchar_t *value) {
     return SetEnvironmentVariableW(name, value);
 }
 
-// Whether a variable begins with the name: a look at one letter settles most cases.
-template <typename Char>
-bool has_name(const Char *variable, const Char *name, size_t length) {
-    if (((*variable ^ *name) & ~0x20) != 0 && static_cast<unsigned>(*name) < 0x80) return false;
-    return equal_but_for_case(variable, name, length) && variable[length] == '=';
-}
-
-// The value, in the copy; null when there is none. Lock 7 is held.
+// The value, in the copy; null when there is none. Lock 7 is held. The first letters settle most
+// cases.
 template <typename Char>
 Char *find_variable(const Char *name) {
     size_t length = length_of(name);
-    for (Char *variable = environment_copy<Char>(); *variable; variable += length_of(variable) + 1)
-        if (has_name<Char>(variable, name, length)) return variable + length + 1;
+    const EnvironmentCopy<Char> &copy = environment_copy<Char>();
+    for (unsigned i = 0; i < copy.count; ++i) {
+        auto &variable = copy.variables[i];
+        if (variable.name_length != length) continue;
+        if (((*variable.text ^ *name) & ~0x20) != 0 && static_cast<unsigned>(*name) < 0x80)
+            continue;
+        if (equal_but_for_case(variable.text, name, length)) return variable.text + length + 1;
+    }
     return nullptr;
 }
 

@@ -8,8 +8,8 @@ namespace vexrt {
 
 namespace {
 
-char *narrow_copy;
-wchar_t *wide_copy;
+EnvironmentCopy<char> narrow_copy;
+EnvironmentCopy<wchar_t> wide_copy;
 
 char *system_block(char) { return GetEnvironmentStrings(); }
 wchar_t *system_block(wchar_t) { return GetEnvironmentStringsW(); }
@@ -35,18 +35,33 @@ void for_each_variable(const Char *block, Use use) {
 }
 
 template <typename Char>
-Char *captured_block() {
+unsigned name_length_of(const Char *variable) {
+    unsigned length = 0;
+    while (variable[length] && variable[length] != '=') ++length;
+    return length;
+}
+
+template <typename Char>
+EnvironmentCopy<Char> captured_environment() {
     static constexpr Char empty[1] = {};
     Char *system = system_block(Char());
     const Char *block = system ? system : empty;
 
     size_t units = 1;
-    for_each_variable(block, [&](const Char *, size_t size) { units += size; });
-    auto *copy = static_cast<Char *>(heap_allocate(units * sizeof(Char)));
-    if (!copy) fatal(FatalCode::out_of_memory);
+    EnvironmentCopy<Char> copy = {};
+    for_each_variable(block, [&](const Char *, size_t size) {
+        units += size;
+        ++copy.count;
+    });
+    using Variable = typename EnvironmentCopy<Char>::Variable;
+    copy.strings = static_cast<Char *>(heap_allocate(units * sizeof(Char)));
+    copy.variables = static_cast<Variable *>(heap_allocate((copy.count + 1) * sizeof(Variable)));
+    if (!copy.strings || !copy.variables) fatal(FatalCode::out_of_memory);
 
-    Char *to = copy;
+    Char *to = copy.strings;
+    Variable *variable = copy.variables;
     for_each_variable(block, [&](const Char *string, size_t size) {
+        *variable++ = {to, name_length_of(string)};
         for (size_t i = 0; i < size; ++i) *to++ = string[i];
     });
     *to = 0;
@@ -57,26 +72,28 @@ Char *captured_block() {
 } // namespace
 
 template <>
-char *&environment_copy<char>() {
+EnvironmentCopy<char> &environment_copy<char>() {
     return narrow_copy;
 }
 template <>
-wchar_t *&environment_copy<wchar_t>() {
+EnvironmentCopy<wchar_t> &environment_copy<wchar_t>() {
     return wide_copy;
 }
 
 template <typename Char>
 void recapture_environment() {
-    heap_release(environment_copy<Char>());
-    environment_copy<Char>() = captured_block<Char>();
+    EnvironmentCopy<Char> &copy = environment_copy<Char>();
+    heap_release(copy.strings);
+    heap_release(copy.variables);
+    copy = captured_environment<Char>();
 }
 
 template void recapture_environment<char>();
 template void recapture_environment<wchar_t>();
 
 void capture_environment() {
-    narrow_copy = captured_block<char>();
-    wide_copy = captured_block<wchar_t>();
+    narrow_copy = captured_environment<char>();
+    wide_copy = captured_environment<wchar_t>();
 }
 
 } // namespace vexrt

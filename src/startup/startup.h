@@ -12,10 +12,20 @@ using ExitHandler = void (*)();
 void register_internal_exit_handler(ExitHandler handler);
 void run_internal_exit_handlers();
 
-// The copy of the process environment, one a width: zero-terminated strings, an empty one at the
-// end. Lock 7 guards them once there are threads.
+// The copy of the process environment, one a width: its variables, "name=value", in the system's
+// order. Lock 7 guards it once there are threads.
 template <typename Char>
-Char *&environment_copy();
+struct EnvironmentCopy {
+    struct Variable {
+        Char *text;
+        unsigned name_length;
+    };
+    Char *strings; // the texts one after the other, an empty one at the end
+    Variable *variables;
+    unsigned count;
+};
+template <typename Char>
+EnvironmentCopy<Char> &environment_copy();
 template <typename Char>
 void recapture_environment();
 void capture_environment(); // at attach

@@ -5,9 +5,10 @@
 #include <ctype.h>
 #include <limits.h>
 #include <locale.h>
+#include <malloc.h>
+#include <time.h>
 #include <wctype.h>
 
-int __heap_validate(void);
 
 static void test_names(void)
 {
@@ -76,6 +77,9 @@ static void test_effects(void)
     CHECK_INT(wctomb(text, 0x20AC), 1);
     CHECK_INT((unsigned char)text[0], 0x80);
     CHECK_ERRNO(wctomb(text, 0x4E00), -1, EILSEQ);
+    struct tm friday = {.tm_year = 101, .tm_mon = 2, .tm_mday = 2, .tm_wday = 5};
+    CHECK_INT(strftime(text, sizeof text, "%A %a %B %x", &friday), 27);
+    CHECK_STR(text, "Freitag Fr. M\xE4rz 02.03.2001");
     CHECK_STR(localeconv()->decimal_point, "."); /* never follows */
     CHECK_INT(localeconv()->frac_digits, CHAR_MAX);
     setlocale(LC_NUMERIC, "C");
@@ -167,13 +171,16 @@ static void test_loading(void)
     CHECK_INT(loaded, 8); /* a number that is unknown is no failure */
     CHECK_INT(failed, 7 + 3 + 2 + 14 + 24 + 2);
     CHECK_STR((sprintf(text, "%.1f", 1.5), text), "1.5");
+    struct tm evening = {.tm_year = 101, .tm_mday = 2, .tm_hour = 21, .tm_min = 4};
+    strftime(text, sizeof text, "%x|%X", &evening);
+    CHECK(strstr(text, ", 02 ") && strstr(text, " de 0101 |09:04:00"));
     script_restore();
     script_import("LCMapStringA", failing_map);
     CHECK(!setlocale(LC_ALL, "De"));
     script_restore();
     CHECK_STR(setlocale(LC_ALL, NULL), country); /* nothing has changed */
     setlocale(LC_ALL, "C");
-    CHECK(__heap_validate());
+    CHECK(__heap_validate(NULL));
 }
 
 int main(void)

@@ -29,6 +29,25 @@ column    count          least       greatest           mean      deviation
      2        3             -5           20.5            8.5         12.816
      3        1              7              7              7              0
 status 0"
+    mkdir -p listed/sub
+    printf 'four' >listed/file.txt
+    : >listed/run.bat
+    touch -d '2020-02-03 04:05:06' listed/* listed .
+    due=$(date -d '2020-02-03 04:05:06' '+%F %H:%M')
+    check listdir '' "\
+drwxrwxrwx            0 $due .
+drwxrwxrwx            0 $due ..
+-rw-rw-rw-            4 $due file.txt
+-rwxrwxrwx            0 $due run.bat
+drwxrwxrwx            0 $due sub
+status 0" listed
+    check minishell 'set SHELLED=yes\ncmd /c echo %%SHELLED%%\ncd listed\ncmd /c cd | count\ncmd /c exit 5\nnone\nexit 3\n' "\
+yes
+1 lines, $(($(cd listed && pwd | wc -c) + 2)) bytes
+status 5
+none: No such file or directory
+status 127
+status 3"
 done
 
 # recode against the machine's own converter: FROM TO, and their names there

@@ -78,6 +78,27 @@ static void test_round_trips(void)
     check_label = "";
 }
 
+/* Every character of the basic plane but Ctrl-Z, which ends a text, and WEOF; lone surrogates are not for
+   UTF-8. */
+static void test_every_character(void)
+{
+    for (size_t e = 1; e < 3; ++e) {
+        int wrong = 0;
+        check_label = encodings[e];
+        FILE *file = open_with("w", encodings[e], 0);
+        for (int wc = 1; wc < 0xFFFF; ++wc)
+            if (wc != 0x1A && (e == 2 || wc < 0xD800 || wc > 0xDFFF)) wrong += fputwc((wchar_t)wc, file) != wc;
+        fclose(file);
+        file = open_with("r", encodings[e], 0);
+        for (int wc = 1; wc < 0xFFFF; ++wc)
+            if (wc != 0x1A && (e == 2 || wc < 0xD800 || wc > 0xDFFF)) wrong += fgetwc(file) != wc;
+        CHECK_INT(wrong, 0);
+        CHECK_INT(fgetwc(file), WEOF);
+        fclose(file);
+    }
+    check_label = "";
+}
+
 static void test_bytes(void)
 {
     static const struct {
@@ -314,6 +335,7 @@ static void test_pipes(void)
 int main(void)
 {
     test_round_trips();
+    test_every_character();
     test_bytes();
     test_orientation();
     test_pushback_and_positions();

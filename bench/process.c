@@ -1,0 +1,81 @@
+/* Processes, pipes, files by name, the environment, memory streams. */
+#include "bench.h"
+
+#include <stdlib.h>
+#include <string.h>
+
+#ifdef _WIN32
+#include <sys/stat.h>
+#if defined(__VEXRT__)
+#include <dirent.h>
+#define opendir _opendir
+#define readdir _readdir
+#define closedir _closedir
+#define popen _popen
+#define pclose _pclose
+#define status_of(path, to) _stat(path, (struct stat *)(to))
+#else
+#include <dirent.h>
+#define popen _popen
+#define pclose _pclose
+#define status_of(path, to) stat(path, (struct stat *)(to))
+#endif
+#define NOTHING "exit 0"
+#else
+#include <dirent.h>
+#include <sys/stat.h>
+#define status_of(path, to) stat(path, (struct stat *)(to))
+#define NOTHING "exit 0"
+FILE *popen(const char *, const char *);
+int pclose(FILE *);
+#endif
+
+enum { ENTRIES = 1000 };
+static char status[256];
+
+static void read_directory(void)
+{
+    DIR *dir = opendir(".");
+    int count = 0;
+    while (readdir(dir)) ++count;
+    closedir(dir);
+    bench_keep(count);
+}
+
+static void open_and_close(void) { fclose(fopen("bench-process-0.tmp", "rb")); }
+
+int main(void)
+{
+    char name[40];
+    for (int i = 0; i < ENTRIES; ++i) {
+        sprintf(name, "bench-process-%d.tmp", i);
+        fclose(fopen(name, "wb"));
+    }
+    BENCH("getenv", 1, bench_keep(getenv("PATH")));
+    BENCH("stat", 1, bench_keep(status_of("bench-process-7.tmp", status)));
+    BENCH("fopen and fclose", 1, open_and_close());
+    BENCH("readdir of 1,000, per entry", ENTRIES, read_directory());
+    FILE *file = fopen("bench-process-0.tmp", "wb");
+    for (int i = 0; i < 100000; ++i) putc(i, file);
+    fclose(file);
+    file = fopen("bench-process-0.tmp", "rb");
+    getc(file);
+    BENCH("ftell while reading", 1, bench_keep(ftell(file)));
+    fclose(file);
+#if defined(__VEXRT__) || !defined(_WIN32)
+    char *text;
+    size_t size;
+    file = open_memstream(&text, &size);
+    BENCH("fprintf to a memory stream", 1, fprintf(file, "%d\n", 12345), size > 1000000 ? rewind(file) : (void)0);
+    fclose(file);
+    free(text);
+#else
+    BENCH_SKIP("fprintf to a memory stream");
+#endif
+    for (int i = 0; i < ENTRIES; ++i) {
+        sprintf(name, "bench-process-%d.tmp", i);
+        remove(name);
+    }
+    BENCH("system of nothing", 1, bench_keep(system(NOTHING)));
+    return 0;
+}
