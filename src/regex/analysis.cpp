@@ -12,9 +12,11 @@ constexpr unsigned short none = 0xFFFF;
 struct Classes {
     unsigned short of[byte_count] = {};
     bool in_some_set[byte_count] = {};
+    ByteSet singled_out{};
     unsigned count = 1;
 
     void refine(const ByteSet &set) {
+        if (set == ByteSet{}) return;
         unsigned short inside[byte_count];
         unsigned members[byte_count] = {}, total[byte_count] = {};
         for (unsigned byte = 0; byte < byte_count; ++byte) {
@@ -30,6 +32,14 @@ struct Classes {
         for (unsigned byte = 0; byte < byte_count; ++byte)
             if (set.has(byte)) of[byte] = inside[of[byte]];
     }
+
+    // By the set of one byte.
+    void single_out(unsigned byte) {
+        if (singled_out.has(byte)) return;
+        singled_out.add(byte);
+        in_some_set[byte] = true;
+        of[byte] = static_cast<unsigned short>(count++);
+    }
 };
 
 } // namespace
@@ -37,17 +47,10 @@ struct Classes {
 // In the order of the bytes: the bytes of one class, if they are in some set, get the next number.
 void find_categories(Program &program) {
     Classes classes;
-    ByteSet literals{};
-    for (uint32_t i = program.first_state; i < program.last_state; ++i)
-        if (op_of(program.strip[i]) == Op::byte) literals.add(operand_of(program.strip[i]));
-    for (unsigned byte = 0; byte < byte_count; ++byte) {
-        if (!literals.has(byte)) continue;
-        ByteSet single{};
-        single.add(byte);
-        classes.refine(single);
-    }
     for (uint32_t i = 0; i < program.set_count; ++i) classes.refine(program.sets[i]);
-    unsigned short numbers[byte_count];
+    for (uint32_t i = program.first_state; i < program.last_state; ++i)
+        if (op_of(program.strip[i]) == Op::byte) classes.single_out(operand_of(program.strip[i]));
+    unsigned short numbers[2 * byte_count]; // by class; a byte can have left an empty one
     for (unsigned short &number : numbers) number = none;
     program.category_count = 1;
     for (unsigned byte = 0; byte < byte_count; ++byte) {

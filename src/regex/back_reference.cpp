@@ -286,9 +286,10 @@ private:
     bool take_again(const Group &group) {
         if (group.end == no_place) return false;
         uint32_t size = group.end - group.start;
-        if (size > frames_[frame_].limit - position_ ||
-            memcmp(text_.start + position_, text_.start + group.start, size) != 0)
-            return false;
+        if (size > frames_[frame_].limit - position_) return false;
+        const unsigned char *here = text_.start + position_, *there = text_.start + group.start;
+        bool ignore_case = program_.compile_flags & REG_ICASE;
+        if (ignore_case ? _memicmp(here, there, size) : memcmp(here, there, size)) return false;
         position_ += size;
         return true;
     }

@@ -1,5 +1,7 @@
 #include "regex/forward.h"
 
+#include <string.h>
+
 namespace vexrt {
 
 template <typename StateSet>
@@ -105,17 +107,60 @@ uint32_t Forward<StateSet>::build(CachedState *state, Symbol symbol) {
     if (!next) return 0;
     uint32_t transition = reinterpret_cast<uint32_t>(next);
     if (found) transition |= special | matched;
-    if (is_dead(next)) transition |= special;
+    if (is_dead(next) || is_resting(next)) transition |= special;
     if (flushes == cache_.flush_count()) state->slots()[symbol] = transition;
     return transition;
+}
+
+// Transitions that have been made before do not say that they lead to rest, so all states go.
+template <typename StateSet>
+void Forward<StateSet>::find_leaving_bytes() {
+    cache_.flush();
+    for (CachedState *&state : initial_) state = nullptr;
+    CachedState *state = initial_state(0);
+    bool leaves[byte_count + 1]; // by symbol
+    unsigned flushes = cache_.flush_count();
+    for (Symbol symbol = 0; state && symbol < alphabet_->end_of_line; ++symbol) {
+        uint32_t transition = build(state, symbol);
+        if (!transition || flushes != cache_.flush_count()) return;
+        leaves[symbol] = transition != reinterpret_cast<uint32_t>(state);
+        state->slots()[symbol] = unknown;
+    }
+    leaving_count_ = 0;
+    for (unsigned byte = 0; byte < byte_count; ++byte) {
+        leaves_[byte] = leaves[alphabet_->category_of[byte]];
+        if (!leaves_[byte]) continue;
+        ++leaving_count_;
+        last_leaving_ = static_cast<unsigned char>(byte);
+    }
+    leaving_known_ = state != nullptr;
+}
+
+// The first byte that leaves the resting state.
+template <typename StateSet>
+const unsigned char *Forward<StateSet>::rest(const unsigned char *at,
+                                             const unsigned char *end) const {
+    if (leaving_count_ <= 1) {
+        size_t size = static_cast<size_t>(end - at);
+        auto found = leaving_count_ ? memchr(at, last_leaving_, size) : nullptr;
+        return found ? static_cast<const unsigned char *>(found) : end;
+    }
+    while (end - at >= 8 && !(leaves_[at[0]] | leaves_[at[1]] | leaves_[at[2]] | leaves_[at[3]] |
+                              leaves_[at[4]] | leaves_[at[5]] | leaves_[at[6]] | leaves_[at[7]]))
+        at += 8;
+    while (at < end && !leaves_[*at]) ++at;
+    return at;
 }
 
 template <typename StateSet>
 Outcome Forward<StateSet>::find_end(const Text &text, bool any_end, const unsigned char *&end) {
     Outcome outcome = Outcome::none;
+    if (!leaving_known_ && text.end - text.start >= long_text && !program_->has_assertions)
+        find_leaving_bytes();
     CachedState *state = initial_state(text.before);
     if (!state) return Outcome::no_memory;
     for (const unsigned char *at = text.start;; ++at) {
+        if (is_resting(state)) at = rest(at, text.end);
         Symbol symbol = text.end_symbol;
         for (; at < text.end; ++at) {
             symbol = alphabet_->category_of[*at];

@@ -7,6 +7,9 @@
 // died is the one. The ordered groups are one state of a deterministic automaton, which is cached;
 // it does not say where the groups started.
 //
+// Most texts hold long stretches where no thread is alive. The bytes that leave this state are put
+// into a table when a text is first long enough for that to pay.
+//
 // An assertion needs the bytes on both sides of it, so instructions between two bytes are run when
 // the second one is known, and a match shows one symbol late.
 #pragma once
@@ -40,7 +43,14 @@ private:
         return reinterpret_cast<CachedState *>(transition & ~(special | matched));
     }
 
+    static constexpr ptrdiff_t long_text = 512;
+
     CachedState *initial_state(Kind before);
+    void find_leaving_bytes();
+    const unsigned char *rest(const unsigned char *at, const unsigned char *end) const;
+    bool is_resting(const CachedState *state) const {
+        return leaving_known_ && state == initial_[0];
+    }
     bool is_dead(const CachedState *state) const {
         return state->key_size == 1 && !(*cache_.key_of(state) & searching);
     }
@@ -56,6 +66,10 @@ private:
     const Alphabet *alphabet_;
     StateCache cache_;
     CachedState *initial_[kind_count];
+    bool leaving_known_ = false;
+    unsigned leaving_count_;
+    unsigned char last_leaving_;
+    bool leaves_[byte_count]; // the state in which no thread is alive
     StateSet seen_;
     Array<uint32_t> pending_; // states to be run
     uint32_t pending_count_ = 0;

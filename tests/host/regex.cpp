@@ -16,10 +16,18 @@
 
 #include "regex_tree.h"
 
+#include <ctype.h>
 #include <regex.h>
 
 extern "C" int match_host(const char *, const char *, int, int, int, int, int, int (*)[2]);
 extern "C" int match_tre(const char *, const char *, int, int, int, int, int, int (*)[2]);
+
+// The library's own, which is not among what is built here.
+extern "C" int _memicmp(const void *left, const void *right, size_t size) {
+    auto a = static_cast<const unsigned char *>(left), b = static_cast<const unsigned char *>(right);
+    for (; size && tolower(*a) == tolower(*b); --size) ++a, ++b;
+    return size != 0;
+}
 
 namespace {
 

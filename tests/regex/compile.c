@@ -148,7 +148,7 @@ static const struct {
     {EXT | REG_ICASE, "[^a]", 0, "aAb", 2, 3},
     {EXT | REG_ICASE, "[b-y]+", 0, "aBCz", 1, 3},
     {EXT | REG_ICASE, "[[:upper:]]+", 0, "1ab", 1, 3},
-    {EXT | REG_ICASE, "(a)\\1", 0, "aA", -1, 0},
+    {EXT | REG_ICASE, "(a)\\1", 0, "aA", 0, 2},
     /* Newlines. */
     {EXT, "^b", 0, "a\nb", -1, 0},
     {EXT | REG_NEWLINE, "^b$", 0, "a\nb\nc", 2, 3},
