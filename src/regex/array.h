@@ -25,8 +25,8 @@ public:
 
     [[nodiscard]] bool reserve(size_t capacity) {
         if (capacity <= capacity_) return true;
-        if (capacity > SIZE_MAX / 2 / sizeof(Element)) return false;
-        void *moved = realloc(elements_, capacity * sizeof(Element));
+        if (capacity > SIZE_MAX / 2 / element_size) return false;
+        void *moved = realloc(elements_, capacity * element_size);
         if (!moved) return false;
         elements_ = static_cast<Element *>(moved);
         capacity_ = capacity;
@@ -60,6 +60,7 @@ public:
     }
 
 private:
+    static constexpr size_t element_size = sizeof(Element[1]);
     Element *elements_ = nullptr;
     size_t size_ = 0, capacity_ = 0;
 };

@@ -288,8 +288,8 @@ private:
         uint32_t size = group.end - group.start;
         if (size > frames_[frame_].limit - position_) return false;
         const unsigned char *here = text_.start + position_, *there = text_.start + group.start;
-        bool ignore_case = program_.compile_flags & REG_ICASE;
-        if (ignore_case ? _memicmp(here, there, size) : memcmp(here, there, size)) return false;
+        auto compare = program_.compile_flags & REG_ICASE ? _memicmp : memcmp;
+        if (compare(here, there, size) != 0) return false;
         position_ += size;
         return true;
     }
