@@ -21,7 +21,7 @@ namespace vexrt {
 
 namespace {
 
-constexpr uint32_t step_limit = 1 << 25;
+constexpr uint32_t step_limit = 1 << 25, steps_per_byte = 64; // in all: of one search
 constexpr uint32_t visited_limit = 1 << 18;
 constexpr size_t stack_limit = 1 << 20;
 constexpr uint32_t no_place = UINT32_MAX;
@@ -91,7 +91,8 @@ class Backtracker {
 public:
     Backtracker(const Program &program, const Text &text, const Alphabet &alphabet)
         : program_(program), text_(text), alphabet_(alphabet),
-          length_(static_cast<uint32_t>(text.end - text.start)) {}
+          length_(static_cast<uint32_t>(text.end - text.start)),
+          steps_left_(step_limit + uint64_t(steps_per_byte) * length_) {}
 
     [[nodiscard]] bool create() {
         size_t groups = program_.subexpression_count + 1;
@@ -101,7 +102,7 @@ public:
                 referred[operand_of(program_.strip[i])] = true;
         for (uint32_t i = 1; i < 10; ++i)
             if (referred[i]) referred_[referred_count_++] = i;
-        return groups_.resize(groups) && visited_.create(2 + 3 * referred_count_);
+        return groups_.resize(groups) && visited_.create(3 + 3 * referred_count_);
     }
 
     // REG_NOMATCH, or 0 and the end of the longest match.
@@ -167,7 +168,7 @@ private:
         frame_ = 0;
         if (!frames_.push({0, start, end, end, false, false})) return REG_ESPACE;
         for (bool goes_on = true; goes_on;) {
-            if (++steps_ > step_limit) return REG_ESPACE;
+            if (steps_left_-- == 0) return REG_ESPACE;
             uint32_t word = program_.strip[state_];
             if (op_of(word) == Op::end) {
                 if (ends_here(end)) return 0;
@@ -264,7 +265,7 @@ private:
         case Op::option_close:
         case Op::repeat_close:
         case Op::choice_close: return close_construct(op);
-        case Op::loop_close: return exact_ ? close_iteration(word) : close_any_iteration(word);
+        case Op::loop_close: return close_iteration(word);
         case Op::choice_next: return enter(Retry::construct);
         case Op::choice_exit: state_ += operand; return true;
         default:
@@ -296,14 +297,14 @@ private:
 
     // ---- constructs ----
 
-    // Where the ways are tried in order everything has a frame, and the end of what is tracked is
-    // chosen before it is entered: by a retry, which comes at once.
+    // Where the ways are tried in order, the end of what is tracked is chosen before it is entered:
+    // by a retry, which comes at once.
     bool begin(Retry what, bool tracked) {
         if (exact_ && tracked) {
             (void)push_choice(what, state_, frame_, farthest_end(what));
             return false;
         }
-        return (!exact_ || push_frame(no_place, what == Retry::further_iteration)) && enter(what);
+        return push_frame(no_place, what == Retry::further_iteration) && enter(what);
     }
 
     // No end of a construct lies behind that of those around it; and where it only repeats one
@@ -339,14 +340,14 @@ private:
             break;
         case Op::option_open:
             if (!push_choice(Retry::go, state_ + operand, frame_)) return false;
-            if (exact_ && !push_frame(no_place, word & reluctant_bit, true)) return false;
+            if (!push_frame(no_place, word & reluctant_bit, true)) return false;
             break;
         case Op::choice_open:
         case Op::choice_next:
             if (operand && !push_choice(Retry::go, state_ + operand, frame_)) return false;
             break;
         case Op::loop_open:
-            if (what == Retry::construct && exact_)
+            if (what == Retry::construct)
                 return begin(Retry::first_iteration, word & iteration_tracked_bit);
             break;
         default: break;
@@ -367,20 +368,10 @@ private:
     }
 
     bool close_construct(Op op) {
-        if (exact_) {
-            // An option that was taken has a frame of its own within the option's.
-            if (frames_[frame_].taken && op == Op::option_close && !pop_frame()) return false;
-            if (!pop_frame()) return false;
-        } else if (op != Op::group_close && !is_first_visit()) {
-            return false;
-        }
+        // An option that was taken has a frame of its own within the option's.
+        if (frames_[frame_].taken && op == Op::option_close && !pop_frame()) return false;
+        if (!pop_frame() || (op != Op::group_close && !is_first_visit())) return false;
         ++state_;
-        return true;
-    }
-
-    bool close_any_iteration(uint32_t word) {
-        if (!is_first_visit() || !push_choice(Retry::go, state_ + 1, frame_)) return false;
-        state_ = state_ - operand_of(word) + 1;
         return true;
     }
 
@@ -388,7 +379,7 @@ private:
     // first; at most one of the two reaches the end of what is around the loop.
     bool close_iteration(uint32_t word) {
         bool empty = frames_[frame_].start == position_;
-        if (!pop_frame()) return false;
+        if (!pop_frame() || !is_first_visit()) return false;
         const Frame &loop = frames_[frame_];
         if (empty || position_ == loop.limit || loop.end == position_) {
             ++state_;
@@ -399,12 +390,23 @@ private:
         return begin(Retry::further_iteration, word & iteration_tracked_bit);
     }
 
-    // Whether this point has not been reached yet with the same strings to be referred to.
+    // Which of the constructs around are empty so far, and which of these must not stay so.
+    uint32_t empty_frames() const {
+        uint32_t word = 1;
+        for (uint32_t i = frame_; i != 0 && frames_[i].start == position_; i = frames_[i].parent)
+            word = word * 5 + 1 + frames_[i].nonempty;
+        return word;
+    }
+
+    // Whether this point has not been reached yet with the same strings to be referred to. Where
+    // the ways are tried in order, it can have been reached with another end to be met.
     bool is_first_visit() {
-        uint32_t row[2 + 3 * 9];
+        if (exact_) return true;
+        uint32_t row[3 + 3 * 9];
         row[0] = state_;
         row[1] = position_;
-        uint32_t size = 2;
+        row[2] = empty_frames();
+        uint32_t size = 3;
         for (uint32_t i = 0; i < referred_count_; ++i) {
             const Group &group = groups_[referred_[i]];
             row[size++] = group.open;
@@ -429,7 +431,8 @@ private:
     Array<Change> trail_;
     Visited visited_;
     bool exact_ = false, given_up_ = false;
-    uint32_t steps_ = 0, longest_ = no_place, openings_ = 0;
+    uint64_t steps_left_;
+    uint32_t longest_ = no_place, openings_ = 0;
     uint32_t state_ = 0, position_ = 0, frame_ = 0;
 };
 

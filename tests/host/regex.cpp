@@ -5,6 +5,8 @@
 //                            up to five letters, against the definition
 //   regex random COUNT SEED  random expressions and texts, against the definition, the host's C
 //                            library and TRE
+//   regex back COUNT SEED    the same with back-references, against the definition only: both others
+//                            run out of stack
 //   regex garbage COUNT SEED random bytes as patterns: only that nothing breaks
 //
 // Each expression is run on both engines: a second time behind an option that is never taken and
@@ -84,6 +86,7 @@ struct Printer {
             print(tree->left);
             special(')');
             break;
+        case Tree::back_reference: to += sprintf(to, "\\%d", tree->number); break;
         case Tree::repeat: print_repeat(tree);
         }
     }
@@ -337,6 +340,64 @@ void run_random(long count) {
     }
 }
 
+// ---- back-references ----
+
+bool refers_back(const Tree *tree) {
+    return tree && (tree->kind == Tree::back_reference || refers_back(tree->left) ||
+                    refers_back(tree->right));
+}
+bool has_anchor(const Tree *tree) {
+    return tree && (tree->kind == Tree::line_start || tree->kind == Tree::line_end ||
+                    has_anchor(tree->left) || has_anchor(tree->right));
+}
+
+// Letters become references to a group that is closed before them.
+void refer_back(Tree *tree, bool (&closed)[10]) {
+    if (!tree) return;
+    int number = 1 + static_cast<int>(random_below(9));
+    if (tree->kind == Tree::letter && closed[number]) {
+        tree->kind = Tree::back_reference;
+        tree->number = number;
+    }
+    refer_back(tree->left, closed);
+    refer_back(tree->right, closed);
+    if (tree->kind == Tree::group) closed[tree->number] = true;
+}
+
+void run_back_references(long count) {
+    long too_slow = 0;
+    while (count > 0) {
+        grow_extended = random_below(4) != 0;
+        Tree *tree = random_either(2);
+        Case c{};
+        c.extended = grow_extended;
+        c.groups = number_groups(tree, 1) - 1;
+        bool closed[10] = {};
+        if (c.groups <= 9)
+            for (int i = 0; i < 3; ++i) refer_back(tree, (memset(closed, 0, sizeof closed), closed));
+        if (number_nodes(tree, 0) > 20 || !refers_back(tree) || has_anchor(tree)) {
+            release(tree);
+            continue;
+        }
+        Printer printer{c.pattern, c.extended};
+        printer.print(tree);
+        for (int i = 0; i < 8 && count > 0; ++i, --count) {
+            char text[16];
+            unsigned length = random_below(9);
+            for (unsigned j = 0; j < length; ++j) text[j] = "aab"[random_below(3)];
+            text[length] = '\0';
+            c.text = text;
+            Offsets due, got;
+            int matched = Trials(text).match(tree, due);
+            int result = match_ours(c, c.pattern, 0, got);
+            if (matched < 0) ++too_slow;
+            else check(c, "back-references", due, matched, got, result);
+        }
+        release(tree);
+    }
+    if (too_slow) printf("%ld not tried to their end\n", too_slow);
+}
+
 // ---- garbage ----
 
 void run_garbage(long count) {
@@ -388,6 +449,7 @@ int main(int argc, char **argv) {
     random_state = argc > 3 ? strtoul(argv[3], nullptr, 10) : 1;
     if (argc > 2 && !strcmp(argv[1], "exhaustive")) run_exhaustive(static_cast<int>(number));
     else if (argc > 2 && !strcmp(argv[1], "random")) run_random(number);
+    else if (argc > 2 && !strcmp(argv[1], "back")) run_back_references(number);
     else if (argc > 2 && !strcmp(argv[1], "garbage")) run_garbage(number);
     else return 2;
     if (host_faults + host_whole_faults + tre_faults + tre_whole_faults)

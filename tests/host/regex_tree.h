@@ -6,10 +6,11 @@
 #include <string.h>
 
 struct Tree {
-    enum Kind { letter, any, not_a, line_start, line_end, join, either, repeat, group } kind;
+    enum Kind { letter, any, not_a, line_start, line_end, join, either, repeat, group,
+                back_reference } kind;
     char byte;
     int id;          // below 64
-    int number;      // of a group
+    int number;      // of a group, or of the one that is referred to
     int least, most; // of a repetition; most -1: no limit
     Tree *left, *right;
 };
@@ -17,6 +18,17 @@ struct Tree {
 struct Offsets {
     int at[10][2];
 };
+
+// Whether it can be empty anywhere.
+inline bool nullable(const Tree *tree) {
+    switch (tree->kind) {
+    case Tree::join: return nullable(tree->left) && nullable(tree->right);
+    case Tree::either: return nullable(tree->left) || nullable(tree->right);
+    case Tree::repeat: return tree->least == 0 || nullable(tree->left);
+    case Tree::group: return nullable(tree->left);
+    default: return false;
+    }
+}
 
 class Definition {
 public:
@@ -74,6 +86,7 @@ private:
         case Tree::either: return can(tree->left, from, to) || can(tree->right, from, to);
         case Tree::repeat: return can_repeat(tree, tree->least, tree->most, from, to);
         case Tree::group: return can(tree->left, from, to);
+        case Tree::back_reference: abort(); // see Trials
         }
         return false;
     }
@@ -88,15 +101,6 @@ private:
                 can_repeat(tree, least - 1, most < 0 ? most : most - 1, middle, to))
                 return true;
         return false;
-    }
-    static bool nullable(const Tree *tree) {
-        switch (tree->kind) {
-        case Tree::join: return nullable(tree->left) && nullable(tree->right);
-        case Tree::either: return nullable(tree->left) || nullable(tree->right);
-        case Tree::repeat: return tree->least == 0 || nullable(tree->left);
-        case Tree::group: return nullable(tree->left);
-        default: return false;
-        }
     }
 
     void assign(const Tree *tree, int from, int to, Offsets &offsets) {
@@ -154,4 +158,124 @@ private:
     int length_;
     char known_[64][12][12];
     bool newline_, not_bol_, not_eol_;
+};
+
+// The same with back-references: every way to match a stretch is tried, the best ones first, as a
+// list of goals.
+class Trials {
+public:
+    explicit Trials(const char *text) : text_(text), length_(static_cast<int>(strlen(text))) {}
+
+    // -1: it takes too long.
+    int match(const Tree *tree, Offsets &offsets) {
+        for (int start = 0; start <= length_; ++start) {
+            for (int end = length_; end >= start; --end) {
+                for (auto &pair : values_.at) pair[0] = pair[1] = -1;
+                reported_ = values_;
+                Goal whole{node, tree, end, 0, 0, false, nullptr};
+                if (!solve(&whole, start)) continue;
+                offsets = found_;
+                offsets.at[0][0] = start;
+                offsets.at[0][1] = end;
+                return steps_ > limit ? -1 : 1;
+            }
+        }
+        return steps_ > limit ? -1 : 0;
+    }
+
+private:
+    static constexpr long limit = 200000;
+    enum What { node, close, further };
+    struct Goal {
+        What what;
+        const Tree *tree;
+        int to, least, most; // close: `to` is where the group starts
+        bool first;
+        const Goal *next;
+    };
+
+    bool solve(const Goal *goal, int at) {
+        if (++steps_ > limit) return false;
+        if (!goal) {
+            found_ = reported_;
+            return true;
+        }
+        const Tree *tree = goal->tree;
+        if (goal->what == close) return solve_close(*goal, at);
+        if (goal->what == further) return solve_repeat(*goal, at);
+        switch (tree->kind) {
+        case Tree::join:
+            for (int middle = goal->to; middle >= at; --middle) {
+                Goal right{node, tree->right, goal->to, 0, 0, false, goal->next};
+                Goal left{node, tree->left, middle, 0, 0, false, &right};
+                if (solve(&left, at)) return true;
+            }
+            return false;
+        case Tree::either: {
+            Goal left{node, tree->left, goal->to, 0, 0, false, goal->next};
+            Goal right{node, tree->right, goal->to, 0, 0, false, goal->next};
+            return solve(&left, at) || solve(&right, at);
+        }
+        case Tree::group: {
+            Goal closing{close, tree, at, 0, 0, false, goal->next};
+            Goal content{node, tree->left, goal->to, 0, 0, false, &closing};
+            return solve(&content, at);
+        }
+        case Tree::repeat: {
+            Goal first{further, tree, goal->to, tree->least, tree->most, true, goal->next};
+            return solve(&first, at);
+        }
+        case Tree::back_reference: {
+            const int *value = values_.at[tree->number];
+            int size = value[1] - value[0];
+            return value[0] >= 0 && goal->to - at == size &&
+                   memcmp(text_ + value[0], text_ + at, static_cast<size_t>(size)) == 0 &&
+                   solve(goal->next, goal->to);
+        }
+        default:
+            return goal->to == at + 1 && takes(*tree, text_[at]) && solve(goal->next, goal->to);
+        }
+    }
+    static bool takes(const Tree &tree, char c) {
+        return tree.kind == Tree::letter ? c == tree.byte : tree.kind == Tree::any || c != 'a';
+    }
+
+    bool solve_close(const Goal &goal, int at) {
+        Offsets values = values_, reported = reported_;
+        int *value = values_.at[goal.tree->number], *report = reported_.at[goal.tree->number];
+        report[0] = value[0] = goal.to;
+        report[1] = value[1] = at;
+        if (solve(goal.next, at)) return true;
+        values_ = values;
+        reported_ = reported;
+        return false;
+    }
+
+    bool solve_repeat(const Goal &goal, int at) {
+        const Tree *content = goal.tree->left;
+        int least = goal.least > 1 && nullable(content) ? 1 : goal.least;
+        bool may_be_empty = least > 0 || (goal.first && at == goal.to);
+        Offsets reported = reported_;
+        for (int middle = goal.to; goal.most != 0 && middle >= at + !may_be_empty; --middle) {
+            int most = goal.most < 0 ? goal.most : goal.most - 1;
+            Goal rest{further, goal.tree, goal.to, least - 1, most, false, goal.next};
+            Goal iteration{node, content, middle, 0, 0, false, &rest};
+            forget(content);
+            if (solve(&iteration, at)) return true;
+            reported_ = reported;
+        }
+        return least <= 0 && at == goal.to && solve(goal.next, at);
+    }
+    void forget(const Tree *tree) {
+        if (!tree) return;
+        if (tree->kind == Tree::group)
+            reported_.at[tree->number][0] = reported_.at[tree->number][1] = -1;
+        forget(tree->left);
+        forget(tree->right);
+    }
+
+    const char *text_;
+    int length_;
+    long steps_ = 0;
+    Offsets values_, reported_, found_;
 };
