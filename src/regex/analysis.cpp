@@ -8,37 +8,34 @@ namespace {
 
 constexpr unsigned short none = 0xFFFF;
 
-// Refines the classes by one set: each is cut in two where the set divides it.
+// The bytes in classes: those that no set so far divides. The literal bytes, which are classes of
+// their own, are left out.
 struct Classes {
-    unsigned short of[byte_count] = {};
-    bool in_some_set[byte_count] = {};
-    ByteSet singled_out{};
+    ByteSet members[byte_count];
     unsigned count = 1;
 
-    void refine(const ByteSet &set) {
-        if (set == ByteSet{}) return;
-        unsigned short inside[byte_count];
-        unsigned members[byte_count] = {}, total[byte_count] = {};
-        for (unsigned byte = 0; byte < byte_count; ++byte) {
-            ++total[of[byte]];
-            if (set.has(byte)) ++members[of[byte]], in_some_set[byte] = true;
-        }
-        unsigned old_count = count;
-        for (unsigned c = 0; c < old_count; ++c) {
-            bool divided = members[c] && members[c] < total[c];
-            inside[c] = static_cast<unsigned short>(divided ? count++ : c);
-        }
-        if (count == old_count) return;
-        for (unsigned byte = 0; byte < byte_count; ++byte)
-            if (set.has(byte)) of[byte] = inside[of[byte]];
+    explicit Classes(const ByteSet &literals) {
+        members[0] = literals;
+        members[0].invert();
     }
 
-    // By the set of one byte.
-    void single_out(unsigned byte) {
-        if (singled_out.has(byte)) return;
-        singled_out.add(byte);
-        in_some_set[byte] = true;
-        of[byte] = static_cast<unsigned short>(count++);
+    void refine(const ByteSet &set) {
+        for (unsigned c = 0, old_count = count; c < old_count; ++c) {
+            ByteSet inside = members[c], outside = members[c];
+            inside.keep(set);
+            outside.remove(set);
+            if (inside.empty() || outside.empty()) continue;
+            members[c] = outside;
+            members[count++] = inside;
+        }
+    }
+
+    void number(unsigned short (&class_of)[byte_count]) const {
+        for (unsigned c = 0; c < count; ++c)
+            for (unsigned word = 0; word < 8; ++word)
+                for (uint32_t bits = members[c].words[word]; bits; bits &= bits - 1)
+                    class_of[32 * word + static_cast<unsigned>(__builtin_ctz(bits))] =
+                        static_cast<unsigned short>(c);
     }
 };
 
@@ -46,22 +43,31 @@ struct Classes {
 
 // In the order of the bytes: the bytes of one class, if they are in some set, get the next number.
 void find_categories(Program &program) {
-    Classes classes;
-    for (uint32_t i = 0; i < program.set_count; ++i) classes.refine(program.sets[i]);
+    ByteSet literals{};
     for (uint32_t i = program.first_state; i < program.last_state; ++i)
-        if (op_of(program.strip[i]) == Op::byte) classes.single_out(operand_of(program.strip[i]));
-    unsigned short numbers[2 * byte_count]; // by class; a byte can have left an empty one
-    for (unsigned short &number : numbers) number = none;
-    program.category_count = 1;
-    for (unsigned byte = 0; byte < byte_count; ++byte) {
-        if (!classes.in_some_set[byte]) {
-            program.categories[byte] = 0;
-            continue;
-        }
-        unsigned short &number = numbers[classes.of[byte]];
-        if (number == none) number = static_cast<unsigned short>(program.category_count++);
-        program.categories[byte] = number;
+        if (op_of(program.strip[i]) == Op::byte) literals.add(operand_of(program.strip[i]));
+    ByteSet in_some_set = literals;
+    Classes classes(literals);
+    for (uint32_t i = 0; i < program.set_count; ++i) {
+        classes.refine(program.sets[i]);
+        in_some_set.add(program.sets[i]);
     }
+    unsigned short class_of[byte_count], numbers[byte_count];
+    classes.number(class_of);
+    for (unsigned short &number : numbers) number = none;
+    unsigned short next = 1;
+    for (unsigned byte = 0; byte < byte_count; ++byte) {
+        if (literals.has(byte)) {
+            program.categories[byte] = next++;
+        } else if (!in_some_set.has(byte)) {
+            program.categories[byte] = 0;
+        } else {
+            unsigned short &number = numbers[class_of[byte]];
+            if (number == none) number = next++;
+            program.categories[byte] = number;
+        }
+    }
+    program.category_count = next;
 }
 
 namespace {

@@ -28,7 +28,8 @@ bool StateCache::next_chunk(size_t needed) {
         used_ = 0;
         return true;
     }
-    size_t size = chunks_.empty() ? first_chunk : usual_chunk;
+    size_t size = chunks_.empty() ? first_chunk : 4 * taken_;
+    if (size > largest_chunk) size = largest_chunk;
     if (size < needed) size = needed;
     if (size > limit_ - taken_) return false;
     Chunk chunk{static_cast<char *>(malloc(size)), size};

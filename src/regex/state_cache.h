@@ -41,7 +41,7 @@ public:
 
 private:
     static constexpr size_t usual_limit = 1 << 20, states_at_least = 16;
-    static constexpr size_t first_chunk = 4096, usual_chunk = 65536;
+    static constexpr size_t first_chunk = 960, largest_chunk = 65536;
     struct Chunk {
         char *bytes;
         size_t size;
