@@ -140,7 +140,7 @@ private:
     // where the innermost one must of those for which that is known.
     struct Frame {
         uint32_t parent, start, end, limit;
-        bool nonempty, taken; // taken: the content of an option
+        bool nonempty, copies; // copies: the content of an option or of repeat instructions
     };
     // What a choice goes on with: at its state, or by choosing an end: of the construct that opens
     // there, or of an iteration.
@@ -227,10 +227,11 @@ private:
         return choices_.push(choice) || give_up();
     }
 
-    bool push_frame(uint32_t end, bool nonempty = false, bool taken = false) {
+    bool push_frame(uint32_t end, bool nonempty = false, bool copies = false) {
         uint32_t limit = end == no_place ? frames_[frame_].limit : end;
         if (frames_.size() >= stack_limit) return give_up();
-        if (!frames_.push({frame_, position_, end, limit, nonempty, taken})) return give_up();
+        copies |= op_of(program_.strip[state_]) == Op::repeat_open;
+        if (!frames_.push({frame_, position_, end, limit, nonempty, copies})) return give_up();
         frame_ = static_cast<uint32_t>(frames_.size() - 1);
         return true;
     }
@@ -339,6 +340,10 @@ private:
             groups_[operand].opened = ++openings_;
             break;
         case Op::option_open:
+            if (follows_empty_copy(word)) {
+                state_ += operand;
+                return true;
+            }
             if (!push_choice(Retry::go, state_ + operand, frame_)) return false;
             if (!push_frame(no_place, word & reluctant_bit, true)) return false;
             break;
@@ -356,6 +361,12 @@ private:
         return true;
     }
 
+    // Behind an empty copy of a repeated element come no others.
+    bool follows_empty_copy(uint32_t word) const {
+        const Frame &around = frames_[frames_[frame_].parent];
+        return (word & reluctant_bit) && around.copies && around.start == position_;
+    }
+
     bool change_group(uint32_t number) {
         return trail_.push({number, groups_[number]}) || give_up();
     }
@@ -369,7 +380,7 @@ private:
 
     bool close_construct(Op op) {
         // An option that was taken has a frame of its own within the option's.
-        if (frames_[frame_].taken && op == Op::option_close && !pop_frame()) return false;
+        if (frames_[frame_].copies && op == Op::option_close && !pop_frame()) return false;
         if (!pop_frame() || (op != Op::group_close && !is_first_visit())) return false;
         ++state_;
         return true;

@@ -7,7 +7,8 @@
 //
 // The copies of x{n,m} whose length matters to what follows stand between repeat instructions. If x
 // can match the empty string anywhere, all copies but the first are optional and reluctant: then an
-// empty copy never comes after one that is not, and replaces what it captured.
+// empty copy never comes after one that is not, and replaces what it captured. Such copies stand
+// between repeat instructions in any case, which show whether what came before was empty.
 
 #include "regex/emitter.h"
 
@@ -242,7 +243,7 @@ private:
         } else if (least == 1 && endless) {
             emit_loop(repeat.first, bits);
         } else {
-            if (bits) {
+            if (bits || tree_[repeat.first].nullable) {
                 emit(Op::repeat_open, bits);
                 later(Action::word, instruction(Op::repeat_close, bits));
             }

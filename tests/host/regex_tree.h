@@ -258,6 +258,8 @@ private:
         Offsets reported = reported_;
         for (int middle = goal.to; goal.most != 0 && middle >= at + !may_be_empty; --middle) {
             int most = goal.most < 0 ? goal.most : goal.most - 1;
+            // None follows an empty one that is not one of several that are necessary.
+            if (middle == at && least <= 1 && (goal.most < 0 || nullable(content))) most = 0;
             Goal rest{further, goal.tree, goal.to, least - 1, most, false, goal.next};
             Goal iteration{node, content, middle, 0, 0, false, &rest};
             forget(content);
