@@ -35,6 +35,13 @@
 #define _VEXRT_DATA extern __declspec(dllimport)
 #endif
 
+/* The POSIX spellings (`open` for `_open`) are declared for programs that ask for POSIX and for those that
+   do not ask for strict ISO C. */
+#if defined(_POSIX_C_SOURCE) || defined(_POSIX_SOURCE) || defined(_XOPEN_SOURCE) ||                \
+    defined(_GNU_SOURCE) || defined(_DEFAULT_SOURCE) || !defined(__STRICT_ANSI__)
+#define _VEXRT_POSIX 1
+#endif
+
 /* Annex K is declared unless a program asks for it not to be. */
 #ifndef __STDC_WANT_LIB_EXT1__
 #define __STDC_WANT_LIB_EXT1__ 1

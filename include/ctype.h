@@ -31,6 +31,11 @@ int _isascii(int c);
 int tolower(int c);
 int toupper(int c);
 
+#ifdef _VEXRT_POSIX
+/* The POSIX spelling. */
+int isascii(int c);
+#endif
+
 _VEXRT_END
 
 #endif

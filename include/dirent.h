@@ -46,6 +46,14 @@ void _wrewinddir(_WDIR *dir);
 int _closedir(DIR *dir);
 int _wclosedir(_WDIR *dir);
 
+#ifdef _VEXRT_POSIX
+/* The POSIX spellings. */
+DIR *opendir(const char *path);
+struct dirent *readdir(DIR *dir);
+void rewinddir(DIR *dir);
+int closedir(DIR *dir);
+#endif
+
 _VEXRT_END
 
 #endif

@@ -28,6 +28,14 @@ int _dlclose(void *handle);
    it did not fail. */
 char *_dlerror(void);
 
+#ifdef _VEXRT_POSIX
+/* The POSIX spellings. */
+void *dlopen(const char *file, int flag);
+void *dlsym(void *_VEXRT_RESTRICT handle, const char *_VEXRT_RESTRICT name);
+int dlclose(void *handle);
+char *dlerror(void);
+#endif
+
 _VEXRT_END
 
 #endif

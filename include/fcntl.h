@@ -2,6 +2,9 @@
 #ifndef _FCNTL_H
 #define _FCNTL_H
 
+#include <_vexrt.h>
+#include <sys/types.h>
+
 #define O_RDONLY 0x0000
 #define O_WRONLY 0x0001
 #define O_RDWR 0x0002
@@ -19,5 +22,15 @@
 #define O_WTEXT 0x10000      /* UTF-16LE text in a file made for writing, else plain text */
 #define O_U16TEXT 0x20000    /* UTF-16LE text */
 #define O_U8TEXT 0x40000     /* UTF-8 text */
+
+_VEXRT_BEGIN
+
+#ifdef _VEXRT_POSIX
+/* The POSIX spellings of _open() and _creat() in <io.h>. */
+int open(const char *path, int oflag, ...);
+int creat(const char *path, mode_t mode);
+#endif
+
+_VEXRT_END
 
 #endif

@@ -23,6 +23,11 @@ int _ftw(const char *path, int (*fn)(const char *path, const struct stat *buf, i
 int _wftw(const wchar_t *path, int (*fn)(const wchar_t *path, const struct stat *buf, int flag),
           int ndirs);
 
+#ifdef _VEXRT_POSIX
+/* The POSIX spelling. */
+int ftw(const char *path, int (*fn)(const char *path, const struct stat *buf, int flag), int ndirs);
+#endif
+
 _VEXRT_END
 
 #endif

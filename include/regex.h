@@ -2,8 +2,7 @@
  * <regex.h> - POSIX.1-2008 regular expressions, on bytes.
  *
  * The functions bear this library's own spelling, with one leading underscore; the POSIX spellings
- * are macros for them, which a program may undefine. This is no header of ISO C: a strictly
- * conforming program does not include it, so nothing is taken from it.
+ * are there as in the other headers.
  *
  * Without back-references a search takes time proportional to the program times the text, whatever
  * the two are, and memory for the program alone. With them it takes a bounded number of steps.
@@ -94,10 +93,14 @@ size_t _regerror(int code, const regex_t *_VEXRT_RESTRICT preg, char *_VEXRT_RES
 /* Frees what *preg holds. An expression that is not compiled, or freed already, is left alone. */
 void _regfree(regex_t *preg);
 
-#define regcomp _regcomp
-#define regexec _regexec
-#define regerror _regerror
-#define regfree _regfree
+#ifdef _VEXRT_POSIX
+/* The POSIX spellings. */
+int regcomp(regex_t *_VEXRT_RESTRICT preg, const char *_VEXRT_RESTRICT pattern, int cflags);
+int regexec(const regex_t *_VEXRT_RESTRICT preg, const char *_VEXRT_RESTRICT string, size_t nmatch,
+            regmatch_t *_VEXRT_RESTRICT pmatch, int eflags);
+size_t regerror(int code, const regex_t *_VEXRT_RESTRICT preg, char *_VEXRT_RESTRICT buf, size_t size);
+void regfree(regex_t *preg);
+#endif
 
 _VEXRT_END
 

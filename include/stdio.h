@@ -356,6 +356,16 @@ FILE *_wpopen(const wchar_t *command, const wchar_t *mode);
    the wait fails. */
 int _pclose(FILE *stream);
 
+#ifdef _VEXRT_POSIX
+/* The POSIX spellings. */
+int fileno(FILE *stream);
+FILE *fdopen(int fd, const char *mode);
+int fseeko(FILE *stream, off_t offset, int whence);
+off_t ftello(FILE *stream);
+FILE *popen(const char *command, const char *mode);
+int pclose(FILE *stream);
+#endif
+
 _VEXRT_END
 
 #endif

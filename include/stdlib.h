@@ -334,6 +334,11 @@ void *bsearch(const void *key, const void *base, size_t nmemb, size_t size,
 void *bsearch_s(const void *key, const void *base, rsize_t nmemb, rsize_t size,
                 int (*compar)(const void *k, const void *y, void *context), void *context);
 
+#ifdef _VEXRT_POSIX
+/* The POSIX spelling; the text is copied. */
+int putenv(char *string);
+#endif
+
 _VEXRT_END
 
 #endif

@@ -164,6 +164,11 @@ errno_t strerror_s(char *s, rsize_t maxsize, errno_t errnum);
 /* The length of the whole message of an errno value. */
 size_t strerrorlen_s(errno_t errnum);
 
+#ifdef _VEXRT_POSIX
+/* The POSIX spelling. */
+void *memccpy(void *_VEXRT_RESTRICT s1, const void *_VEXRT_RESTRICT s2, int c, size_t n);
+#endif
+
 _VEXRT_END
 
 #endif

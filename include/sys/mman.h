@@ -40,6 +40,13 @@ int _munmap(void *addr, size_t len);
    MS_ASYNC and MS_SYNC, and an address that is no multiple of 4096; ENOMEM for one that is not mapped. */
 int _msync(void *addr, size_t len, int flags);
 
+#ifdef _VEXRT_POSIX
+/* The POSIX spellings. */
+void *mmap(void *addr, size_t len, int prot, int flags, int fd, off_t off);
+int munmap(void *addr, size_t len);
+int msync(void *addr, size_t len, int flags);
+#endif
+
 _VEXRT_END
 
 #endif

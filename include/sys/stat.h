@@ -4,6 +4,7 @@
 
 #include <_timespec.h>
 #include <_vexrt.h>
+#include <sys/types.h>
 
 #define S_IFMT 0xF000
 #define S_IFIFO 0x1000
@@ -83,6 +84,14 @@ int _wstat64(const wchar_t *path, struct stat64 *buf);
    st_dev is the descriptor, there are no times, and a pipe's size is what can be read at once. EBADF. */
 int _fstat(int fd, struct stat *buf);
 int _fstat64(int fd, struct stat64 *buf);
+
+#ifdef _VEXRT_POSIX
+/* The POSIX spellings. The mode of a new directory does not matter. */
+int stat(const char *_VEXRT_RESTRICT path, struct stat *_VEXRT_RESTRICT buf);
+int fstat(int fd, struct stat *buf);
+int chmod(const char *path, mode_t mode);
+int mkdir(const char *path, mode_t mode);
+#endif
 
 _VEXRT_END
 

@@ -26,6 +26,11 @@ _VEXRT_BEGIN
 /* Fills in *tp and the struct timezone at `tzp`; either may be null. Returns 0. */
 int _gettimeofday(struct timeval *_VEXRT_RESTRICT tp, void *_VEXRT_RESTRICT tzp);
 
+#ifdef _VEXRT_POSIX
+/* The POSIX spelling. */
+int gettimeofday(struct timeval *_VEXRT_RESTRICT tp, void *_VEXRT_RESTRICT tzp);
+#endif
+
 _VEXRT_END
 
 #endif

@@ -17,6 +17,11 @@ _VEXRT_BEGIN
 /* Fills in *tp and returns 0; -1 with EINVAL for null. */
 int _ftime(struct timeb *tp);
 
+#ifdef _VEXRT_POSIX
+/* The POSIX spelling. */
+int ftime(struct timeb *tp);
+#endif
+
 _VEXRT_END
 
 #endif

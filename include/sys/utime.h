@@ -16,6 +16,11 @@ _VEXRT_BEGIN
 int _utime(const char *path, const struct utimbuf *times);
 int _wutime(const wchar_t *path, const struct utimbuf *times);
 
+#ifdef _VEXRT_POSIX
+/* The POSIX spelling. */
+int utime(const char *path, const struct utimbuf *times);
+#endif
+
 _VEXRT_END
 
 #endif

@@ -55,8 +55,8 @@ check missing "listed, but not (so) exported"
 check extra "exported, but not (so) listed"
 
 # What a header declares, with all that it includes.
-declared_by() { # HEADER
-    echo "#include <$1>" | "$dist/bin/vexcc" -fsyntax-only -Xclang -ast-dump -x c - 2>/dev/null | awk -F "'" '
+declared_by() { # HEADER FLAG...
+    echo "#include <$1>" | "$dist/bin/vexcc" -fsyntax-only -Xclang -ast-dump -x c "${@:2}" - 2>/dev/null | awk -F "'" '
         /^[|`]-(FunctionDecl|VarDecl) / && !/ implicit / {
             n = split($1, word, " ")
             rest = substr($0, length($1) + 1)
@@ -75,7 +75,19 @@ sort -u -o declared declared
 awk -F '\t' '$3 != "-" { print $1 "\t" $2 }' listed >public
 awk -F '\t' '$3 == "-" { print $1 "\t" $2 }' listed | comm -12 - declared >missing
 check missing "declared, but listed under no header"
-cut -f 1,2 listed | comm -13 - declared >extra
+
+# The POSIX spellings: names for exports, declared by default and by no header of a strict program.
+sed -n 's/^ *\([a-z0-9]*\)==\(.*\)$/\1\t\2/p' "$root/src/posix.def" | sort >spellings
+cut -f 2 spellings | sort | comm -23 - <(cut -f 1 listed) >missing
+check missing "behind a POSIX spelling, but not exported"
+cut -f 1 spellings | sed 's/$/\tfunction/' >posix
+comm -23 posix declared >missing
+check missing "a POSIX spelling that no header declares"
+for header in $(cd "$root/include" && find . -name '*.h' | sed 's|^\./||' | grep -vxE 'unistd.h|strings.h|utime.h' | sort); do
+    declared_by "$header" -std=c11 | comm -12 - posix | sed "s|\t.*| in <$header>|"
+done >extra
+check extra "a POSIX spelling that a strict program sees"
+cut -f 1,2 listed | sort - posix | comm -13 - declared >extra
 check extra "declared, but not (so) listed"
 cut -f 3 listed | sort -u | grep -vx -e - | while read -r header; do
     [ -f "$root/include/$header" ] || echo "$header"

@@ -34,7 +34,7 @@ compile() { # WHAT PROGRAM FLAG...
 }
 
 languages() { # TARGET: C++ only where its compiler is installed
-    echo c:c11
+    echo c:c11 c:gnu11
     echo 'int nothing;' | "$vexcc" "$1" -x c++ -fsyntax-only - 2>/dev/null && echo c++:c++20
 }
 
