@@ -250,6 +250,25 @@ double fabs(double x);
 float fabsf(float x);
 long double fabsl(long double x);
 
+/* ---- error and gamma functions ---- */
+
+/* The error function and 1 - erf(x), accurate where that is small. */
+double erf(double x);
+float erff(float x);
+long double erfl(long double x);
+double erfc(double x);
+float erfcf(float x);
+long double erfcl(long double x);
+
+/* The logarithm of the gamma function's magnitude, and the gamma function. Zero is a pole; negative
+   integers are poles of lgamma and domain errors of tgamma. */
+double lgamma(double x);
+float lgammaf(float x);
+long double lgammal(long double x);
+double tgamma(double x);
+float tgammaf(float x);
+long double tgammal(long double x);
+
 /* ---- integers ---- */
 
 /* The integer above, below, nearer to zero, and nearest with halves away from zero. */

@@ -44,6 +44,12 @@ struct function {
     const double *hard;
 };
 
+static int log_gamma(mpfr_t result, const mpfr_t x, mpfr_rnd_t round)
+{
+    int sign;
+    return mpfr_lgamma(result, &sign, x, round);
+}
+
 /* Doubles close to multiples of pi/2 of all sizes are made by make_near_multiples(). */
 static double near_multiples[2200];
 
@@ -79,6 +85,10 @@ static const struct function functions[] = {
     {"atanh", mpfr_atanh, 0, 0.53f, 0.51f, {{-1, 1}, {-0.1, 0.1}, {0.99, 1}}, {0, 0}, {-1, 1}, 0},
     {"sqrt", mpfr_sqrt, 0, 0.5f, 0.5f, {{0x1p-1074, 0x1.fffp1023}}, {0, 0}, {0x1p-149, 3e38}, near_one},
     {"cbrt", mpfr_cbrt, 0, 0.53f, 0.51f, {{-0x1.fffp1023, 0x1.fffp1023}, {1, 8}}, {0, 0}, {-3e38, 3e38}, near_one},
+    {"erf", mpfr_erf, 0, 0.8f, 0.51f, {{-6, 6}, {-1, 1}}, {0, 0}, {-5, 5}, units},
+    {"erfc", mpfr_erfc, 0, 0.8f, 0.51f, {{-6, 27.22}, {-1, 1}}, {0, 0}, {-5, 10}, units},
+    {"tgamma", mpfr_gamma, 0, 0.9f, 0.51f, {{-184, 171.62}, {-5, 12}}, {0, 0}, {-43, 35}, units},
+    {"lgamma", log_gamma, 0, 0.9f, 0.51f, {{0x1p-1074, 0x1p1000}, {0, 4}, {-20, 20}}, {0, 0}, {0x1p-149, 1e36}, near_one},
     {"hypot", 0, mpfr_hypot, 0.53f, 0.51f, {{-0x1.fffp1022, 0x1.fffp1022}, {-4, 4}, {-1e-300, 1e-300}}, {-4, 4}, {-1e38, 1e38}, 0},
 };
 

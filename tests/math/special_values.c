@@ -100,6 +100,13 @@ static const struct one ones[] = {
     {F(log1p), INF, INF}, {F(log1p), -INF, NAN, FE_INVALID},
     {F(logb), 0, -INF, FE_DIVBYZERO}, {F(logb), -0.0, -INF, FE_DIVBYZERO}, {F(logb), -INF, INF}, {F(logb), -10, 3},
     {F(logb), 0x1p-149, -149},
+    {F(tgamma), 0, INF, FE_DIVBYZERO}, {F(tgamma), -0.0, -INF, FE_DIVBYZERO}, {F(tgamma), -1, NAN, FE_INVALID},
+    {F(tgamma), -INF, NAN, FE_INVALID}, {F(tgamma), INF, INF}, {F(tgamma), 200, INF, FE_OVERFLOW}, {F(tgamma), 5, 24},
+    {F(tgamma), -200.5, -0.0, FE_UNDERFLOW}, {F(tgamma), -201.5, 0, FE_UNDERFLOW}, {F(tgamma), -1e30, NAN, FE_INVALID},
+    {F(lgamma), 0, INF, FE_DIVBYZERO}, {F(lgamma), -0.0, INF, FE_DIVBYZERO}, {F(lgamma), -3, INF, FE_DIVBYZERO},
+    {F(lgamma), 1, 0}, {F(lgamma), 2, 0}, {F(lgamma), INF, INF}, {F(lgamma), -INF, INF},
+    {F(erf), 0, 0}, {F(erf), -0.0, -0.0}, {F(erf), INF, 1}, {F(erf), -INF, -1}, {F(erf), 10, 1},
+    {F(erfc), 0, 1}, {F(erfc), INF, 0}, {F(erfc), -INF, 2}, {F(erfc), -10, 2}, {F(erfc), 30, 0, FE_UNDERFLOW},
     {F(cbrt), 0, 0}, {F(cbrt), -0.0, -0.0}, {F(cbrt), INF, INF}, {F(cbrt), -INF, -INF}, {F(cbrt), -27, -3},
     {F(sqrt), 0, 0}, {F(sqrt), -0.0, -0.0}, {F(sqrt), INF, INF}, {F(sqrt), -1, NAN, FE_INVALID},
     {F(sqrt), -INF, NAN, FE_INVALID}, {F(fabs), -0.0, 0}, {F(fabs), -INF, INF},
@@ -144,11 +151,11 @@ static const struct two twos[] = {
 /* Quiet NaNs pass through; none of these raises anything. */
 static double (*const pass_nan[])(double) = {sin, cos, tan, asin, acos, atan, sinh, cosh, tanh, asinh, acosh,
                                              atanh, exp, exp2, expm1, log, log2, log10, log1p, logb, cbrt, sqrt,
-                                             fabs, ceil, floor, trunc, round, nearbyint, rint};
+                                             fabs, ceil, floor, trunc, round, nearbyint, rint, tgamma, lgamma, erf, erfc};
 static float (*const pass_nan_float[])(float) = {sinf, cosf, tanf, asinf, acosf, atanf, sinhf, coshf, tanhf, asinhf,
                                                  acoshf, atanhf, expf, exp2f, expm1f, logf, log2f, log10f, log1pf,
                                                  logbf, cbrtf, sqrtf, fabsf, ceilf, floorf, truncf, roundf, nearbyintf,
-                                                 rintf};
+                                                 rintf, tgammaf, lgammaf, erff, erfcf};
 
 static void check_call(const char *name, double x, double y, double got, double due, int excepts)
 {
@@ -259,6 +266,9 @@ static void test_subnormal(void)
         CHECK(identities[i](0x1p-1000) == 0x1p-1000);
         CHECK_INT(fetestexcept(WATCHED), 0);
     }
+    start(0);
+    CHECK(erf(0x1p-1060) > 0x1p-1060 && tgammaf(-36.5f) != 0 && lgamma(1e306) == INF);
+    CHECK_INT(fetestexcept(WATCHED), FE_UNDERFLOW | FE_OVERFLOW);
     static const struct one cases[] = {
         {F(exp), -740, 0, FE_UNDERFLOW}, {F(exp2), -1060.5, 0, FE_UNDERFLOW}, {F(exp2), -1060, 0x1p-1060, 0},
     };
