@@ -1,18 +1,38 @@
 /*
- * sweep.h - how many cases a sweep goes through: few in the daily run, many when the environment says
- * VEXRT_SWEEP=full.
+ * sweep.h - what the oracles of the accuracy sweeps write and the programs under test read: for every
+ * function and precision a header, then `count` points. All numbers are doubles; results stand as
+ * sums of two.
  */
 #ifndef SWEEP_H
 #define SWEEP_H
 
-__declspec(dllimport) unsigned long __stdcall GetEnvironmentVariableA(const char *name, char *value,
-                                                                      unsigned long size);
+#include <math.h>
+#include <stdint.h>
+#include <stdio.h>
+#include <string.h>
 
-static long sweep_count(long few, long many)
+struct header {
+    char name[16];
+    int32_t arguments, is_float, count;
+    float bound; /* units in the last place */
+};
+
+struct point {
+    double x, y, high, low;
+};
+
+/* Complex functions: x + i y, and both parts of the result. */
+struct complex_point {
+    double x, y, high[2], low[2];
+};
+
+/* The exponent of the unit in the last place at x. */
+static inline int unit_exponent(double x, int is_float)
 {
-    char mode[8];
-    unsigned long length = GetEnvironmentVariableA("VEXRT_SWEEP", mode, sizeof mode);
-    return length == 4 && mode[0] == 'f' ? many : few;
+    int exponent;
+    frexp(x, &exponent);
+    int lowest = is_float ? -149 : -1074, last = exponent - (is_float ? 24 : 53);
+    return last < lowest || x == 0 ? lowest : last;
 }
 
 #endif

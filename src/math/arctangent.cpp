@@ -2,6 +2,7 @@
 
 #include "math/arctangent.h"
 
+#include "math/complex_number.h"
 #include "math/compose.h"
 #include "math/errors.h"
 
@@ -61,6 +62,8 @@ float arctangent(float x) {
 
 bool is_on_axis(double x) { return magnitude_bits(x) - 1 >= infinity_bits<double> - 1; }
 
+} // namespace
+
 double arctangent(double y, double x, const char *name) {
     if (__builtin_expect(is_on_axis(x) || is_on_axis(y), false)) return special_angle(y, x);
     int difference = exponent_field(y) - exponent_field(x);
@@ -81,6 +84,25 @@ double arctangent(double y, double x, const char *name) {
     }
     return with_sign_of(angle.high + angle.low, y);
 }
+
+// The coordinates' second parts move the angle by their share at the point.
+Pair angle_of(Pair y, Pair x) {
+    double rise = absolute_value(y.high), run = absolute_value(x.high);
+    bool middle = exponent_field(y.high) - 400u < 1200 && exponent_field(x.high) - 400u < 1200;
+    bool narrow_angle = rise < run * 0x1p-30 || run < rise * 0x1p-30;
+    if (!middle || narrow_angle) {
+        bool small = x.high > 0 && rise < run * 0x1p-30 && run > 0x1p-400 && run < 0x1p400;
+        return small ? small_quotient(y, x) : Pair{angle_of(y.high, x.high), 0};
+    }
+    Pair angle = arctangent_of_quotient(rise, run, rise / run);
+    angle = sum_of_ordered(angle.high, angle.low);
+    if (sign_of(x.high)) angle = Pair{whole_pi_high, whole_pi_low} + -angle;
+    if (sign_of(y.high)) angle = -angle;
+    double moved = (y.low * x.high - y.high * x.low) / (run * run + rise * rise);
+    return sum_of_ordered(angle.high, angle.low + moved);
+}
+
+namespace {
 
 float arctangent(float y, float x) {
     if (__builtin_expect(is_on_axis(x) || is_on_axis(y), false))

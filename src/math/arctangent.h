@@ -48,4 +48,7 @@ inline Pair arctangent_of_quotient(double y, double x, double quotient) {
     return {sum.high, sum.low + (tail + rest + entry.angle_rest)};
 }
 
+// The angle of the point (x, y); `name` is the caller's, for errors.
+double arctangent(double y, double x, const char *name);
+
 } // namespace vexrt

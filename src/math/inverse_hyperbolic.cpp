@@ -5,6 +5,7 @@
 //
 // The argument of the logarithm is 1 + u with u as a sum of two, so that nothing cancels near 1.
 
+#include "math/complex_number.h"
 #include "math/errors.h"
 #include "math/logarithm.h"
 
@@ -25,12 +26,6 @@ double logarithm_of_double(double x) {
 
 Pair square_of(double x) { return exact_product(x, x); }
 
-// log(1 + u) with all of u's bits.
-Pair logarithm_of_successor(Pair u) {
-    Pair sum = exact_sum(1, u.high);
-    return extended_logarithm(sum_of_ordered(sum.high, sum.low + u.low));
-}
-
 [[gnu::cold, gnu::noinline]] double no_result(double x, const char *name) {
     if (is_nan(x)) return x + x;
     return report(MathError::domain, name, x, not_a_number);
@@ -46,16 +41,24 @@ double area_cosine(double x, const char *name) {
     return value_of(logarithm_of_successor(square_root(square) + t));
 }
 
+} // namespace
+
 // u = x + x^2 / (1 + sqrt(1 + x^2)).
+Pair area_sine_of(Pair x) {
+    if (x.high < 0x1p-60) return x;
+    if (x.high > huge) return extended_logarithm(x) + Pair{log_2_high, log_2_low};
+    Pair square = x * x;
+    return logarithm_of_successor(square / (square_root(square + 1) + 1) + x);
+}
+
+namespace {
+
 double area_sine(double x, const char *name) {
     double magnitude = absolute_value(x);
     if (magnitude < 0x1p-27) return tiny_result(x, name);
     if (is_nan(x)) return x + x;
-    if (magnitude > huge)
-        return is_infinite(x) ? x : with_sign_of(logarithm_of_double(magnitude), x);
-    Pair square = square_of(magnitude);
-    Pair u = square / (square_root(square + 1) + 1) + magnitude;
-    return with_sign_of(value_of(logarithm_of_successor(u)), x);
+    if (is_infinite(x)) return x;
+    return with_sign_of(value_of(area_sine_of({magnitude, 0})), x);
 }
 
 // u = 2 x / (1 - x).

@@ -84,6 +84,12 @@ inline Pair extended_logarithm(Pair x) {
     return {result.high, result.low + x.low / x.high};
 }
 
+// log(1 + u) with all of u's bits.
+inline Pair logarithm_of_successor(Pair u) {
+    Pair sum = exact_sum(1, u.high);
+    return extended_logarithm(sum_of_ordered(sum.high, sum.low + u.low));
+}
+
 // To the precision of float, also near 1.
 inline double logarithm_for_float(const LogarithmBase &base, double x) {
     LogarithmArgument argument = logarithm_argument(x);

@@ -3,6 +3,7 @@
 #include "math/compose.h"
 #include "math/data/cube_root.h"
 #include "math/errors.h"
+#include "math/hypotenuse.h"
 #include "math/polynomial.h"
 
 #include <math.h>
@@ -63,6 +64,8 @@ double special_hypotenuse(double x, double y) {
     return absolute_value(x) + absolute_value(y);
 }
 
+} // namespace
+
 double hypotenuse(double x, double y, const char *name) {
     if (__builtin_expect(is_special(x, y), false)) return special_hypotenuse(x, y);
     double longer = absolute_value(x), shorter = absolute_value(y);
@@ -83,6 +86,8 @@ double hypotenuse(double x, double y, const char *name) {
     Pair square = exact_product(longer, longer) + exact_product(shorter, shorter);
     return finish(square_root(square), power, {name, x, y});
 }
+
+namespace {
 
 float hypotenuse(float x, float y) {
     if (__builtin_expect(is_special(x, y), false))

@@ -9,31 +9,14 @@
  * Arguments are random in the ranges that the table gives, half of them uniform in value and half in
  * the exponent, then the table's hard cases, powers of two and their neighbours.
  */
-#include <math.h>
+#include "arguments.h"
+
 #include <mpfr.h>
-#include <stdint.h>
-#include <stdio.h>
-#include <stdlib.h>
-#include <string.h>
 
 enum { precision = 140 };
 
-struct header {
-    char name[16];
-    int32_t arguments, is_float, count;
-    float bound; /* units in the last place */
-};
-
-struct point {
-    double x, y, high, low; /* the result is the sum */
-};
-
 typedef int one_argument(mpfr_t, const mpfr_t, mpfr_rnd_t);
 typedef int two_arguments(mpfr_t, const mpfr_t, const mpfr_t, mpfr_rnd_t);
-
-struct range {
-    double low, high;
-};
 
 struct function {
     const char *name;
@@ -92,51 +75,6 @@ static const struct function functions[] = {
     {"hypot", 0, mpfr_hypot, 0.53f, 0.51f, {{-0x1.fffp1022, 0x1.fffp1022}, {-4, 4}, {-1e-300, 1e-300}}, {-4, 4}, {-1e38, 1e38}, 0},
 };
 
-static uint64_t state = 88172645463325252u;
-static uint64_t next_random(void)
-{
-    state ^= state << 13;
-    state ^= state >> 7;
-    return state ^= state << 17;
-}
-
-static double unit_random(void) { return (double)(next_random() >> 11) * 0x1p-53; }
-
-static double from_bits(uint64_t bits)
-{
-    double value;
-    memcpy(&value, &bits, sizeof value);
-    return value;
-}
-
-static uint64_t bits_of(double value)
-{
-    uint64_t bits;
-    memcpy(&bits, &value, sizeof bits);
-    return bits;
-}
-
-/* Numbers as integers of the same order. */
-static int64_t ordered(double x)
-{
-    int64_t bits = (int64_t)bits_of(x);
-    return bits < 0 ? INT64_MIN - bits : bits;
-}
-static double from_ordered(int64_t order)
-{
-    return from_bits((uint64_t)(order < 0 ? INT64_MIN - order : order));
-}
-
-static double random_in(struct range r, unsigned i)
-{
-    if (i & 1) return r.low + unit_random() * (r.high / 2 - r.low / 2) * 2;
-    int64_t low = ordered(r.low);
-    uint64_t width = (uint64_t)ordered(r.high) - (uint64_t)low;
-    return from_ordered((int64_t)((uint64_t)low + next_random() % (width + 1)));
-}
-
-static int is_empty(struct range r) { return r.low == 0 && r.high == 0; }
-
 /* For each exponent and each precision, the number that is closest to a multiple of pi/2, from the
    convergents of the continued fraction of pi/2 over a power of two. */
 static void make_near_multiples(int bits, int greatest)
@@ -168,13 +106,6 @@ static void make_near_multiples(int bits, int greatest)
 }
 
 static mpfr_t x_value, y_value, result, high_part;
-
-/* gcc 12 drops the conversions of a pair of variables when it may keep them in one register. */
-static double to_float(double x)
-{
-    volatile float narrow = (float)x;
-    return narrow;
-}
 
 /* Nothing is written for arguments without a finite result. */
 static int evaluate(const struct function *f, int is_float, double x, double y, struct point *point)

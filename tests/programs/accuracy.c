@@ -3,23 +3,11 @@
  * functions and prints the greatest error of each, in units in the last place, and where it is.
  * Fails when one is above the bound that came with it.
  */
+#include "sweep.h"
+
 #include <fcntl.h>
 #include <io.h>
-#include <math.h>
-#include <stdint.h>
-#include <stdio.h>
 #include <stdlib.h>
-#include <string.h>
-
-struct header {
-    char name[16];
-    int32_t arguments, is_float, count;
-    float bound;
-};
-
-struct point {
-    double x, y, high, low;
-};
 
 typedef double one_double(double);
 typedef double two_doubles(double, double);
@@ -49,15 +37,6 @@ static double call(const struct function *f, const struct header *h, const struc
     if (h->is_float)
         return h->arguments == 1 ? f->one_f((float)p->x) : f->two_f((float)p->x, (float)p->y);
     return h->arguments == 1 ? f->one(p->x) : f->two(p->x, p->y);
-}
-
-/* The exponent of the unit in the last place at x. */
-static int unit_exponent(double x, int is_float)
-{
-    int exponent;
-    frexp(x, &exponent);
-    int lowest = is_float ? -149 : -1074, last = exponent - (is_float ? 24 : 53);
-    return last < lowest || x == 0 ? lowest : last;
 }
 
 /* Close to the zeros of lgamma between the negative integers the unit is that of 1. */
