@@ -62,9 +62,7 @@ float arctangent(float x) {
 
 bool is_on_axis(double x) { return magnitude_bits(x) - 1 >= infinity_bits<double> - 1; }
 
-} // namespace
-
-double arctangent(double y, double x, const char *name) {
+double angle_of_point(double y, double x, const char *name) {
     if (__builtin_expect(is_on_axis(x) || is_on_axis(y), false)) return special_angle(y, x);
     int difference = exponent_field(y) - exponent_field(x);
     if (__builtin_expect(difference > 60 || difference < -60, false))
@@ -85,6 +83,10 @@ double arctangent(double y, double x, const char *name) {
     return with_sign_of(angle.high + angle.low, y);
 }
 
+} // namespace
+
+double arctangent(double y, double x, const char *name) { return angle_of_point(y, x, name); }
+
 // The coordinates' second parts move the angle by their share at the point.
 Pair angle_of(Pair y, Pair x) {
     double rise = absolute_value(y.high), run = absolute_value(x.high);
@@ -104,7 +106,7 @@ Pair angle_of(Pair y, Pair x) {
 
 namespace {
 
-float arctangent(float y, float x) {
+float angle_of_point(float y, float x) {
     if (__builtin_expect(is_on_axis(x) || is_on_axis(y), false))
         return static_cast<float>(special_angle(y, x));
     double rise = absolute_value(y), run = absolute_value(x); // any quotient is in double's range
@@ -129,10 +131,10 @@ double atan(double x) { return arctangent(x, "atan"); }
 float atanf(float x) { return arctangent(x); }
 long double atanl(long double x) { return arctangent(double(x), "atanl"); }
 
-double atan2(double y, double x) { return arctangent(y, x, "atan2"); }
-float atan2f(float y, float x) { return arctangent(y, x); }
+double atan2(double y, double x) { return angle_of_point(y, x, "atan2"); }
+float atan2f(float y, float x) { return angle_of_point(y, x); }
 long double atan2l(long double y, long double x) {
-    return arctangent(double(y), double(x), "atan2l");
+    return angle_of_point(double(y), double(x), "atan2l");
 }
 
 } // extern "C"

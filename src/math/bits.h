@@ -82,11 +82,6 @@ constexpr bool is_infinite(Float value) {
 }
 
 template <typename Float>
-constexpr bool is_finite(Float value) {
-    return magnitude_bits(value) < infinity_bits<Float>;
-}
-
-template <typename Float>
 constexpr bool is_subnormal(Float value) {
     return magnitude_bits(value) - 1 < fraction_mask<Float>;
 }
@@ -121,6 +116,20 @@ constexpr double leading_bits(double value) {
 }
 
 constexpr uint32_t upper_word_of_infinity = 0x7FF00000;
+
+constexpr bool is_finite(double value) {
+    return (upper_word(value) & 0x7FFFFFFF) < upper_word_of_infinity;
+}
+constexpr bool is_finite(float value) { return magnitude_bits(value) < infinity_bits<float>; }
+constexpr bool is_finite(long double value) { return is_finite(static_cast<double>(value)); }
+
+// Positive, not zero, finite.
+constexpr bool is_positive_and_finite(float value) {
+    return bits_of(value) - 1 < infinity_bits<float> - 1;
+}
+constexpr bool is_positive_and_finite(double value) {
+    return upper_word(value) < upper_word_of_infinity && value != 0;
+}
 
 // Truncation by the processor. A cast might be carried out ahead of a check of the range, and raise
 // an exception there.

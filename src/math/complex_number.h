@@ -82,16 +82,20 @@ inline Number to_foreign(Complex z) {
     return result;
 }
 
-// A function of one complex argument in its three precisions.
+// A function of one complex argument in its three precisions. Only the first calls the worker,
+// which is compiled into it and stores the parts where the caller wants them: a pair that is copied
+// at once waits for both stores.
 #define VEXRT_COMPLEX_FUNCTION(name, worker)                                                       \
     extern "C" double _Complex name(double _Complex z) {                                           \
         return to_foreign<double _Complex>(worker(from_foreign(z)));                               \
     }                                                                                              \
     extern "C" float _Complex name##f(float _Complex z) {                                          \
-        return to_foreign<float _Complex>(worker(from_foreign(z)));                                \
+        double _Complex wide = to_foreign<double _Complex>(from_foreign(z));                       \
+        return to_foreign<float _Complex>(from_foreign(name(wide)));                               \
     }                                                                                              \
     extern "C" long double _Complex name##l(long double _Complex z) {                              \
-        return to_foreign<long double _Complex>(worker(from_foreign(z)));                          \
+        double _Complex wide = to_foreign<double _Complex>(from_foreign(z));                       \
+        return to_foreign<long double _Complex>(from_foreign(name(wide)));                         \
     }
 
 } // namespace vexrt

@@ -43,6 +43,7 @@ double power_of_two(double x, const char *name) {
         limited = with_sign_of(1099.0, x);
     }
     Exponential e = table_power_of_two(limited);
+    if (__builtin_expect(is_plain(e), true)) return plain_value_of(e);
     return finish(pair_of(e), e.exponent, {name, x, x});
 }
 

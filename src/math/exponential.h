@@ -88,11 +88,24 @@ inline Exponential table_power_of_two(double x) {
 
 inline Pair pair_of(const Exponential &e) { return {e.power, e.power * e.rest}; }
 
+constexpr double scaled_power(double power, int exponent) {
+    return with_upper_word(power, upper_word(power) + (static_cast<uint32_t>(exponent) << 20));
+}
+
+// Whether the value is in the normal range for certain.
+constexpr bool is_plain(const Exponential &e) {
+    return static_cast<unsigned>(e.exponent + 1020) <= 2040;
+}
+
+inline double plain_value_of(const Exponential &e) {
+    double power = scaled_power(e.power, e.exponent);
+    return power + power * e.rest;
+}
+
 // To the precision of float, |x| < 700.
 inline double exponential_of_float_rest(double r, int steps) {
-    double power = exponential_table[steps & 127].power;
-    double value = power + power * (r + r * r * polynomial(exp_tail_float, r));
-    return with_upper_word(value, upper_word(value) + (static_cast<uint32_t>(steps >> 7) << 20));
+    double power = scaled_power(exponential_table[steps & 127].power, steps >> 7);
+    return power + power * (r + r * r * polynomial(exp_tail_float, r));
 }
 
 inline double exponential_for_float(double x) {

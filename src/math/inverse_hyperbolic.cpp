@@ -1,10 +1,10 @@
-// Inverse hyperbolic functions, as logarithms of sums of two doubles:
+// Inverse hyperbolic functions: polynomials near the zero, elsewhere logarithms of sums of two
+// doubles.
 //
 //   acosh x = log(x + sqrt(x^2 - 1))     asinh x = log(x + sqrt(x^2 + 1))
 //   atanh x = log((1 + x) / (1 - x)) / 2
-//
-// The argument of the logarithm is 1 + u with u as a sum of two, so that nothing cancels near 1.
 
+#include "math/data/inverse_hyperbolic.h"
 #include "math/complex_number.h"
 #include "math/errors.h"
 #include "math/logarithm.h"
@@ -21,24 +21,48 @@ constexpr double huge = 0x1p30; // here x^2 + 1 is x^2 within rounding, and log 
 double value_of(Pair x) { return x.high + x.low; }
 
 double logarithm_of_double(double x) {
-    return value_of(extended_logarithm(x) + Pair{log_2_high, log_2_low});
+    LogarithmArgument argument = logarithm_argument(x);
+    ++argument.exponent;
+    return value_of(natural_logarithm_of(argument));
 }
 
-Pair square_of(double x) { return exact_product(x, x); }
+// log(a + b) for |b| far below a.
+Pair logarithm_of_sum(double a, double b) {
+    Pair result = natural_logarithm_of(logarithm_argument(a));
+    return {result.high, result.low + b / a};
+}
+
+// log(x + sqrt(x^2 + one)) for x from 1/2 on, with one being 1 or -1.
+double logarithm_with_root(double x, double one) {
+    Pair square = square_of(x), sum = exact_sum(square.high, one);
+    double low = sum.low + square.low, total = sum.high + low;
+    double root = square_root(total);
+    Pair root_square = square_of(root);
+    double root_low = (((sum.high - root_square.high) + low) - root_square.low) / (2 * root);
+    Pair argument = sum_of_ordered(x, root);
+    if (root > x) argument = sum_of_ordered(root, x);
+    return value_of(logarithm_of_sum(argument.high, argument.low + root_low));
+}
 
 [[gnu::cold, gnu::noinline]] double no_result(double x, const char *name) {
     if (is_nan(x)) return x + x;
     return report(MathError::domain, name, x, not_a_number);
 }
 
-// With t = x - 1, exact, u = t + sqrt(t (t + 2)).
+// Near 1, with t = x - 1, sqrt(2 t) times a polynomial.
+double area_cosine_near_1(double t) {
+    if (t == 0) return 0;
+    double root = square_root(2 * t);
+    Pair square = square_of(root);
+    double root_low = ((2 * t - square.high) - square.low) / (2 * root);
+    return root + (root_low + root * t * polynomial(acosh_tail, t));
+}
+
 double area_cosine(double x, const char *name) {
     if (__builtin_expect(!(x >= 1), false)) return no_result(x, name);
+    if (x < 1.5) return area_cosine_near_1(x - 1);
     if (x > huge) return is_infinite(x) ? x : logarithm_of_double(x);
-    double t = x - 1;
-    if (t == 0) return 0;
-    Pair square = square_of(t) + 2 * t;
-    return value_of(logarithm_of_successor(square_root(square) + t));
+    return logarithm_with_root(x, -1);
 }
 
 } // namespace
@@ -55,23 +79,40 @@ namespace {
 
 double area_sine(double x, const char *name) {
     double magnitude = absolute_value(x);
-    if (magnitude < 0x1p-27) return tiny_result(x, name);
-    if (is_nan(x)) return x + x;
-    if (is_infinite(x)) return x;
-    return with_sign_of(value_of(area_sine_of({magnitude, 0})), x);
+    if (magnitude < 0.5) {
+        if (magnitude < 0x1p-27) return tiny_result(x, name);
+        double square = x * x;
+        return x + x * square * polynomial(asinh_tail, square);
+    }
+    if (!is_finite(x)) return x + x;
+    double result =
+        magnitude > huge ? logarithm_of_double(magnitude) : logarithm_with_root(magnitude, 1);
+    return with_sign_of(result, x);
 }
 
-// u = 2 x / (1 - x).
+// The quotient's correction by what it leaves, over the divisor and over the quotient itself, is
+// that over 1 + x.
+double logarithm_of_ratio(double x) {
+    Pair above = exact_sum(1, x);
+    double below = 1 - x, quotient = above.high / below; // the difference is exact
+    Pair product = exact_product(quotient, below);
+    double rest = ((above.high - product.high) - product.low) + above.low;
+    Pair result = natural_logarithm_of(logarithm_argument(quotient));
+    return result.high + (result.low + rest / above.high);
+}
+
 double area_tangent(double x, const char *name) {
     double magnitude = absolute_value(x);
-    if (magnitude < 0x1p-27) return tiny_result(x, name);
+    if (magnitude < 0.5) {
+        if (magnitude < 0x1p-27) return tiny_result(x, name);
+        double square = x * x;
+        return x + x * square * polynomial(atanh_tail, square);
+    }
     if (__builtin_expect(!(magnitude < 1), false)) {
         if (magnitude == 1) return report(MathError::pole, name, x, with_sign_of(infinity, x));
         return no_result(x, name);
     }
-    Pair u = Pair{2 * magnitude, 0} / exact_sum(1, -magnitude);
-    Pair result = logarithm_of_successor(u);
-    return with_sign_of(0.5 * value_of(result), x);
+    return with_sign_of(0.5 * logarithm_of_ratio(magnitude), x);
 }
 
 float area_cosine(float x) {
@@ -79,7 +120,7 @@ float area_cosine(float x) {
     if (is_infinite(x)) return x;
     double t = x - 1.0;
     return static_cast<float>(
-        logarithm_for_float(natural_logarithm, 1 + (t + square_root(t * (t + 2)))));
+        logarithm_for_float<natural_logarithm>(1 + (t + square_root(t * (t + 2)))));
 }
 
 float area_sine(float x) {
@@ -88,7 +129,7 @@ float area_sine(float x) {
     if (!is_finite(x)) return x + x;
     double wide = magnitude, square = wide * wide;
     double u = wide + square / (1 + square_root(1 + square));
-    double result = logarithm_for_float(natural_logarithm, 1 + u);
+    double result = logarithm_for_float<natural_logarithm>(1 + u);
     return static_cast<float>(with_sign_of(result, static_cast<double>(x)));
 }
 
@@ -98,7 +139,7 @@ float area_tangent(float x) {
     if (__builtin_expect(!(magnitude < 1), false))
         return static_cast<float>(area_tangent(x, "atanhf"));
     double wide = magnitude;
-    double result = 0.5 * logarithm_for_float(natural_logarithm, (1 + wide) / (1 - wide));
+    double result = 0.5 * logarithm_for_float<natural_logarithm>((1 + wide) / (1 - wide));
     return static_cast<float>(with_sign_of(result, static_cast<double>(x)));
 }
 

@@ -26,12 +26,9 @@ constexpr const char *float_names[] = {"logf", "log10f", "log2f"};
     return x; // infinity
 }
 
-constexpr bool is_positive_and_finite(double x) { return upper_word(x) < upper_word_of_infinity; }
-
 template <const LogarithmBase &base>
 double logarithm(double x, const char *name) {
-    if (__builtin_expect(!is_positive_and_finite(x) || x == 0, false))
-        return no_logarithm(x, x, name);
+    if (__builtin_expect(!is_positive_and_finite(x), false)) return no_logarithm(x, x, name);
     if (x == 1) return 0; // in every rounding direction
     LogarithmArgument argument = logarithm_argument_of_any(x);
     Pair result =
@@ -41,15 +38,14 @@ double logarithm(double x, const char *name) {
 
 template <const LogarithmBase &base>
 float logarithm(float x, const char *name) {
-    if (__builtin_expect(!(x > 0 && x < float_infinity), false))
+    if (__builtin_expect(!is_positive_and_finite(x), false))
         return static_cast<float>(no_logarithm(x, x, name));
-    if (x == 1) return 0;
-    return static_cast<float>(logarithm_for_float(base, x));
+    return static_cast<float>(logarithm_for_float<base>(x));
 }
 
 double logarithm_of_successor(double x, const char *name) {
     if (absolute_value(x) < 0x1p-54) return tiny_result(x, name);
-    if (__builtin_expect(!(x > -1 && x < infinity), false)) return no_logarithm(x, x + 1, name);
+    if (__builtin_expect(!(x > -1) || !is_finite(x), false)) return no_logarithm(x, x + 1, name);
     Pair sum = exact_sum(1, x);
     Pair result = natural_logarithm_of(logarithm_argument(sum.high));
     return result.high + (result.low + sum.low / sum.high);
@@ -57,9 +53,9 @@ double logarithm_of_successor(double x, const char *name) {
 
 float logarithm_of_successor(float x) {
     if (absolute_value(x) < 0x1p-26f) return tiny_result(x, "log1pf");
-    if (__builtin_expect(!(x > -1 && x < float_infinity), false))
+    if (__builtin_expect(!(x > -1) || !is_finite(x), false))
         return static_cast<float>(no_logarithm(x, x + 1.0, "log1pf"));
-    return static_cast<float>(logarithm_for_float(natural_logarithm, 1.0 + x));
+    return static_cast<float>(logarithm_for_float<natural_logarithm>(1.0 + x));
 }
 
 template <typename Result>

@@ -91,14 +91,31 @@ inline Pair logarithm_of_successor(Pair u) {
 }
 
 // To the precision of float, also near 1.
-inline double logarithm_for_float(const LogarithmBase &base, double x) {
-    LogarithmArgument argument = logarithm_argument(x);
-    const LogarithmCell &cell = base.cells[argument.cell];
-    double r = argument.z * cell.inverse - 1;
+template <const LogarithmBase &base>
+inline double logarithm_for_float(const LogarithmArgument &x) {
+    const LogarithmCell &cell = base.cells[x.cell];
+    double r = x.z * cell.inverse - 1;
     double tail = r + r * r * (r * polynomial(log_tail_float, r) - 0.5);
-    return (argument.exponent * base.two_high + cell.high) +
-           (tail * (base.scale_high + base.scale_low) +
-            (cell.low + argument.exponent * base.two_low));
+    return (x.exponent * (base.two_high + base.two_low) + cell.high) +
+           (tail * (base.scale_high + base.scale_low) + cell.low);
+}
+
+template <const LogarithmBase &base>
+inline double logarithm_for_float(double x) {
+    return logarithm_for_float<base>(logarithm_argument(x));
+}
+
+// The same cells, found from a float's own bits. The lower three bits of the first word's place are
+// 0 in every float.
+template <const LogarithmBase &base>
+inline double logarithm_for_float(float x) {
+    constexpr uint32_t first = (log_first_upper_word - (1023u << 20)) * 8 + (127u << 23);
+    uint32_t bits = bits_of(x);
+    if (__builtin_expect(bits < implicit_bit<float>, false))
+        return logarithm_for_float<base>(static_cast<double>(x));
+    uint32_t offset = bits - first;
+    double z = from_bits<float>(bits - (offset & 0xFF800000));
+    return logarithm_for_float<base>({z, static_cast<int32_t>(offset) >> 23, offset >> 16 & 127});
 }
 
 } // namespace vexrt

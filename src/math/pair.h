@@ -38,6 +38,12 @@ inline Pair exact_product(double a, double b) {
             ((x.high * y.high - product) + x.high * y.low + x.low * y.high) + x.low * y.low};
 }
 
+// a^2 within 2^-70, without rounding in the first part.
+inline Pair square_of(double a) {
+    double high = leading_bits(a);
+    return {high * high, (a + high) * (a - high)};
+}
+
 // (a b) with a relative error of about 2^-100.
 inline Pair operator*(Pair a, double b) {
     Pair product = exact_product(a.high, b);

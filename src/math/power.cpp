@@ -94,6 +94,7 @@ double power(double x, double y, const char *name) {
     if (!(absolute_value(exponent.high) < 1000))
         exponent = {with_sign_of(1000.0, exponent.high), 0};
     Exponential e = table_exponential(exponent.high, exponent.low);
+    if (__builtin_expect(is_plain(e), true)) return sign * plain_value_of(e);
     Pair value = pair_of(e);
     return finish({sign * value.high, sign * value.low}, e.exponent, {name, x, y});
 }
@@ -105,7 +106,7 @@ float power(float x, float y) {
         if (decided) return result;
         sign = result;
     }
-    double exponent = y * logarithm_for_float(natural_logarithm, absolute_value(double(x)));
+    double exponent = y * logarithm_for_float<natural_logarithm>(absolute_value(x));
     if (__builtin_expect(!(absolute_value(exponent) < 200), false))
         exponent = with_sign_of(200.0, exponent);
     return narrow(sign * exponential_for_float(exponent), {"powf", x, y});

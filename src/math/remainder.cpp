@@ -9,14 +9,12 @@ namespace vexrt {
 
 namespace {
 
-// A status word's condition bits: the reduction is not complete; the quotient's last three bits.
-constexpr unsigned status_incomplete = 0x0400;
-
+// The instructions set a condition bit while the reduction is not complete.
 double truncating_remainder(double x, double y) {
-    unsigned short status;
-    do {
-        __asm__("fprem\n\tfnstsw %1" : "+t"(x), "=a"(status) : "u"(y));
-    } while (status & status_incomplete);
+    __asm__("1:\n\tfprem\n\tfnstsw %%ax\n\ttestb $4, %%ah\n\tjnz 1b"
+            : "+t"(x)
+            : "u"(y)
+            : "ax", "cc");
     return x;
 }
 
@@ -27,9 +25,10 @@ struct NearestRemainder {
 
 NearestRemainder nearest_remainder(double x, double y) {
     unsigned short status;
-    do {
-        __asm__("fprem1\n\tfnstsw %1" : "+t"(x), "=a"(status) : "u"(y));
-    } while (status & status_incomplete);
+    __asm__("1:\n\tfprem1\n\tfnstsw %%ax\n\ttestb $4, %%ah\n\tjnz 1b"
+            : "+t"(x), "=a"(status)
+            : "u"(y)
+            : "cc");
     return {x, (status >> 8 & 1) << 2 | (status >> 14 & 1) << 1 | (status >> 9 & 1)};
 }
 

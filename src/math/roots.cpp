@@ -47,12 +47,28 @@ double cube_root(double x) {
     return with_sign_of((root + step) * power_of_two(exponent), x);
 }
 
+// A first step of second order is enough.
 float cube_root(float x) {
     if (x == 0 || !is_finite(x)) return x + x;
     auto [m, third, exponent] = cube_argument(x);
-    double inverse = inverse_root(m, third), whole = m * static_cast<double>(1 << third);
-    double root = whole * inverse * inverse * power_of_two(exponent);
+    double estimate = polynomial(inverse_cube_root, m) * inverse_cube_root_of_power[third];
+    double whole = m * static_cast<double>(1 << third), square = estimate * estimate;
+    double root = whole * square, error = 1 - root * estimate; // the inverse is off by error / 3
+    root *= power_of_two(exponent);
+    root += root * error * (2.0 / 3 + error * (5.0 / 9));
     return static_cast<float>(with_sign_of(root, static_cast<double>(x)));
+}
+
+// sqrt(a^2 + b^2): a root and its correction by what its square leaves. The division does not wait
+// for the root.
+Pair root_of_squares(double a, double b) {
+    Pair first = square_of(a), second = square_of(b);
+    Pair sum = sum_of_ordered(first.high, second.high);
+    double low = sum.low + (first.low + second.low), total = sum.high + low;
+    double half_inverse = 0.5 / total, root = square_root(total);
+    Pair square = square_of(root);
+    double rest = ((sum.high - square.high) + low) - square.low;
+    return {root, rest * (root * half_inverse)};
 }
 
 bool is_special(double x, double y) { return !is_finite(x) || !is_finite(y) || x == 0 || y == 0; }
@@ -64,16 +80,10 @@ double special_hypotenuse(double x, double y) {
     return absolute_value(x) + absolute_value(y);
 }
 
-} // namespace
-
-double hypotenuse(double x, double y, const char *name) {
+double hypotenuse_of(double x, double y, const char *name) {
     if (__builtin_expect(is_special(x, y), false)) return special_hypotenuse(x, y);
-    double longer = absolute_value(x), shorter = absolute_value(y);
-    if (longer < shorter) {
-        double other = longer;
-        longer = shorter;
-        shorter = other;
-    }
+    double a = absolute_value(x), b = absolute_value(y);
+    double longer = a > b ? a : b, shorter = a > b ? b : a; // without a jump
     int power = 0;
     if (__builtin_expect(exponent_field(longer) > 1023 + 400, false)) power = 600;
     if (__builtin_expect(exponent_field(shorter) < 1023 - 400, false)) power = -600;
@@ -83,20 +93,19 @@ double hypotenuse(double x, double y, const char *name) {
         longer *= power_of_two(-power);
         shorter *= power_of_two(-power);
     }
-    Pair square = exact_product(longer, longer) + exact_product(shorter, shorter);
-    return finish(square_root(square), power, {name, x, y});
+    return finish(root_of_squares(longer, shorter), power, {name, x, y});
 }
 
-namespace {
-
-float hypotenuse(float x, float y) {
-    if (__builtin_expect(is_special(x, y), false))
+float hypotenuse_of(float x, float y) {
+    double wide = x, other = y, square = wide * wide + other * other;
+    if (__builtin_expect(!is_finite(square), false))
         return static_cast<float>(special_hypotenuse(x, y));
-    double wide = x, other = y;
-    return narrow(square_root(wide * wide + other * other), {"hypotf", x, y});
+    return narrow(square_root(square), {"hypotf", x, y});
 }
 
 } // namespace
+
+double hypotenuse(double x, double y, const char *name) { return hypotenuse_of(x, y, name); }
 
 } // namespace vexrt
 
@@ -108,10 +117,10 @@ double cbrt(double x) { return cube_root(x); }
 float cbrtf(float x) { return cube_root(x); }
 long double cbrtl(long double x) { return cube_root(static_cast<double>(x)); }
 
-double hypot(double x, double y) { return hypotenuse(x, y, "hypot"); }
-float hypotf(float x, float y) { return hypotenuse(x, y); }
+double hypot(double x, double y) { return hypotenuse_of(x, y, "hypot"); }
+float hypotf(float x, float y) { return hypotenuse_of(x, y); }
 long double hypotl(long double x, long double y) {
-    return hypotenuse(double(x), double(y), "hypotl");
+    return hypotenuse_of(double(x), double(y), "hypotl");
 }
 
 } // extern "C"

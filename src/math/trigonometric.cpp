@@ -16,27 +16,47 @@ namespace {
     return report(MathError::domain, name, x, not_a_number);
 }
 
-// The sine of x and a number of quarter turns.
-double sine(double x, unsigned quadrant, const char *name) {
-    double magnitude = absolute_value(x);
-    if (magnitude < 0x1p-27 && !(quadrant & 1)) {
+// Tiny arguments, large ones, and those that are no angles.
+[[gnu::noinline]] double rare_sine(double x, unsigned quadrant, const char *name) {
+    if (absolute_value(x) < 0x1p-27) {
+        if (quadrant & 1) return quadrant & 2 ? -1 : 1;
         double result = tiny_result(x, name);
         return quadrant & 2 ? -result : result;
     }
-    if (__builtin_expect(!(magnitude < infinity), false)) return no_angle(x, name);
+    if (!is_finite(x)) return no_angle(x, name);
+    Reduced reduced = reduce_large(x);
+    Pair result = sine_of(small_angle(reduced), reduced.step + quadrant * quarter_turn);
+    return result.high + result.low;
+}
+
+// The sine of x and a number of quarter turns.
+inline double sine(double x, unsigned quadrant, const char *name) {
+    uint32_t magnitude = upper_word(x) & 0x7FFFFFFF;
+    constexpr uint32_t least = upper_word(0x1p-27), most = upper_word(small_argument);
+    if (__builtin_expect(magnitude - least >= most - least, false))
+        return rare_sine(x, quadrant, name);
     Reduced reduced = reduce(x);
     Pair result = sine_of(small_angle(reduced), reduced.step + quadrant * quarter_turn);
     return result.high + result.low;
 }
 
-float sine(float x, unsigned quadrant, const char *name) {
-    float magnitude = absolute_value(x);
-    if (magnitude < 0x1p-13f && !(quadrant & 1)) {
+constexpr float float_tiny = 0x1p-13f;
+
+[[gnu::noinline]] float rare_sine(float x, unsigned quadrant, const char *name) {
+    if (absolute_value(x) < float_tiny) {
+        if (quadrant & 1) return quadrant & 2 ? -1 : 1;
         float result = tiny_result(x, name);
         return quadrant & 2 ? -result : result;
     }
-    if (__builtin_expect(!(magnitude < float_infinity), false))
-        return static_cast<float>(no_angle(x, name));
+    if (!is_finite(x)) return static_cast<float>(no_angle(x, name));
+    Reduced reduced = reduce_large(x);
+    return static_cast<float>(sine_for_float(reduced.high, reduced.step + quadrant * quarter_turn));
+}
+
+inline float sine(float x, unsigned quadrant, const char *name) {
+    constexpr uint32_t least = bits_of(float_tiny), most = bits_of(small_float_argument);
+    if (__builtin_expect(magnitude_bits(x) - least >= most - least, false))
+        return rare_sine(x, quadrant, name);
     Reduced reduced = reduce(x);
     return static_cast<float>(sine_for_float(reduced.high, reduced.step + quadrant * quarter_turn));
 }
@@ -44,7 +64,7 @@ float sine(float x, unsigned quadrant, const char *name) {
 double tangent(double x, const char *name) {
     double magnitude = absolute_value(x);
     if (magnitude < 0x1p-27) return tiny_result(x, name);
-    if (__builtin_expect(!(magnitude < infinity), false)) return no_angle(x, name);
+    if (__builtin_expect(!is_finite(x), false)) return no_angle(x, name);
     Reduced reduced = reduce(x);
     SmallAngle angle = small_angle(reduced);
     Pair sine = sine_of(angle, reduced.step);
@@ -56,8 +76,7 @@ double tangent(double x, const char *name) {
 float tangent(float x) {
     float magnitude = absolute_value(x);
     if (magnitude < 0x1p-13f) return tiny_result(x, "tanf");
-    if (__builtin_expect(!(magnitude < float_infinity), false))
-        return static_cast<float>(no_angle(x, "tanf"));
+    if (__builtin_expect(!is_finite(x), false)) return static_cast<float>(no_angle(x, "tanf"));
     Reduced reduced = reduce(x);
     return static_cast<float>(sine_for_float(reduced.high, reduced.step) /
                               sine_for_float(reduced.high, reduced.step + quarter_turn));

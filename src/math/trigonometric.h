@@ -23,6 +23,7 @@ struct Reduced {
 [[gnu::noinline]] Reduced reduce_large(float x);
 
 constexpr double small_argument = 0x1p19;
+constexpr float small_float_argument = 0x1p15f;
 
 inline Reduced reduce(double x) {
     if (__builtin_expect(!(absolute_value(x) < small_argument), false)) return reduce_large(x);
@@ -62,7 +63,8 @@ inline Pair sine_of(const SmallAngle &angle, unsigned step) {
 }
 
 inline Reduced reduce(float x) {
-    if (__builtin_expect(!(absolute_value(x) < 0x1p15f), false)) return reduce_large(x);
+    if (__builtin_expect(!(absolute_value(x) < small_float_argument), false))
+        return reduce_large(x);
     auto [multiple, step] = near_integer(x * sine_steps_per_unit);
     double rest = x - multiple * sine_step_float[0]; // exact
     return {static_cast<unsigned>(step), rest - multiple * sine_step_float[1], 0};

@@ -196,6 +196,25 @@ struct ArcTangentEntry {
     h.write()
 
 
+def inverse_hyperbolic():
+    h = Header("inverse_hyperbolic.h", "Inverse hyperbolic functions of small arguments.", MAKER)
+    small = mpf(10) ** -24
+    def sine(z):
+        x = mp.sqrt(z)
+        return mpf(-1) / 6 if z < small else (mp.asinh(x) - x) / x ** 3
+    def tangent(z):
+        x = mp.sqrt(z)
+        return mpf(1) / 3 if z < small else (mp.atanh(x) - x) / x ** 3
+    def cosine(t):
+        return mpf(-1) / 12 if t < small else (mp.acosh(1 + t) / mp.sqrt(2 * t) - 1) / t
+    h.comment("(asinh x - x) / x^3 and (atanh x - x) / x^3 in x^2 for |x| up to 1/2")
+    h.array("asinh_tail", fit(sine, 0, mpf("0.25"), 58, lambda z: z))
+    h.array("atanh_tail", fit(tangent, 0, mpf("0.25"), 58, lambda z: z))
+    h.comment("(acosh(1 + t) / sqrt(2 t) - 1) / t for t up to 1/2")
+    h.array("acosh_tail", fit(cosine, 0, mpf("0.5"), 58, lambda t: t))
+    h.write()
+
+
 def cube_root():
     h = Header("cube_root.h", "m^(-1/3) for m from 1 to 2, and the cube roots of 1/2 and 1/4.", MAKER)
     h.array("inverse_cube_root", fit(lambda m: mp.power(m, -mpf(1) / 3), 1, 2, 14))
@@ -207,4 +226,5 @@ exponential()
 logarithm()
 sine()
 arctangent()
+inverse_hyperbolic()
 cube_root()
