@@ -42,6 +42,7 @@ double power_of_two(double x, const char *name) {
         if (!is_finite(x)) return is_infinite(x) && sign_of(x) ? 0 : x + x;
         limited = with_sign_of(1099.0, x);
     }
+    if (absolute_value(x) < 0x1p-60) return 1 + x; // squares would vanish
     Exponential e = table_power_of_two(limited);
     if (__builtin_expect(is_plain(e), true)) return plain_value_of(e);
     return finish(pair_of(e), e.exponent, {name, x, x});

@@ -53,7 +53,8 @@ inline ScaleStatus scaled_exponential(double &x, double y, int k) {
     x = mantissa;
     // The common case of scale_truncating.
     int field = exponent_field(mantissa), scaled = field + g + k;
-    if (__builtin_expect(field - 1 < 0x7FE - 1 && scaled > 0 && scaled < 0x7FF, true)) {
+    bool normal = field > 0 && field < 0x7FF && scaled > 0 && scaled < 0x7FF;
+    if (__builtin_expect(normal, true)) {
         x = with_upper_word(mantissa, upper_word(mantissa) + (static_cast<uint32_t>(g + k) << 20));
         return scaled_exactly;
     }

@@ -25,9 +25,16 @@ struct Reduced {
 constexpr double small_argument = 0x1p19;
 constexpr float small_float_argument = 0x1p15f;
 
+// In every rounding direction the nearest: next to a zero of the function the neighbouring step's
+// polynomials would not do.
+inline NearInteger nearest_integer(double x) {
+    int integer = truncated_integer(x + with_sign_of(0.5, x));
+    return {static_cast<double>(integer), integer};
+}
+
 inline Reduced reduce(double x) {
     if (__builtin_expect(!(absolute_value(x) < small_argument), false)) return reduce_large(x);
-    auto [multiple, step] = near_integer(x * sine_steps_per_unit);
+    auto [multiple, step] = nearest_integer(x * sine_steps_per_unit);
     double first = x - multiple * sine_step[0]; // exact
     Pair rest = exact_sum(first, -(multiple * sine_step[1]));
     rest = sum_of_ordered(rest.high, rest.low - multiple * sine_step[2]);
@@ -65,7 +72,7 @@ inline Pair sine_of(const SmallAngle &angle, unsigned step) {
 inline Reduced reduce(float x) {
     if (__builtin_expect(!(absolute_value(x) < small_float_argument), false))
         return reduce_large(x);
-    auto [multiple, step] = near_integer(x * sine_steps_per_unit);
+    auto [multiple, step] = nearest_integer(x * sine_steps_per_unit);
     double rest = x - multiple * sine_step_float[0]; // exact
     return {static_cast<unsigned>(step), rest - multiple * sine_step_float[1], 0};
 }
