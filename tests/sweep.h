@@ -1,7 +1,7 @@
 /*
  * sweep.h - what the oracles of the accuracy sweeps write and the programs under test read: for every
- * function and precision a header, then `count` points. All numbers are doubles; results stand as
- * sums of two.
+ * function and precision a header, then `count` points. A result stands as a double and the rest, in
+ * units in the last place of that double in the precision at hand.
  */
 #ifndef SWEEP_H
 #define SWEEP_H
@@ -18,12 +18,12 @@ struct header {
 };
 
 struct point {
-    double x, y, high, low;
+    double x, y, result, rest;
 };
 
 /* Complex functions: x + i y, and both parts of the result. */
 struct complex_point {
-    double x, y, high[2], low[2];
+    double x, y, result[2], rest[2];
 };
 
 /* The exponent of the unit in the last place at x. */

@@ -44,10 +44,11 @@ static int evaluate(const struct function *f, double x, double y, int is_float, 
     for (int i = 0; i < 2; ++i) {
         mpfr_srcptr value = i ? mpc_imagref(result) : mpc_realref(result);
         if (!mpfr_number_p(value)) return 0;
-        p->high[i] = mpfr_get_d(value, MPFR_RNDN);
-        mpfr_sub_d(part, value, p->high[i], MPFR_RNDN);
-        p->low[i] = mpfr_get_d(part, MPFR_RNDN);
-        if (fabs(p->high[i]) > greatest || (p->high[i] != 0 && fabs(p->high[i]) < least)) return 0;
+        p->result[i] = mpfr_get_d(value, MPFR_RNDN);
+        mpfr_sub_d(part, value, p->result[i], MPFR_RNDN);
+        mpfr_mul_2si(part, part, -unit_exponent(p->result[i], is_float), MPFR_RNDN);
+        p->rest[i] = mpfr_get_d(part, MPFR_RNDN);
+        if (fabs(p->result[i]) > greatest || (p->result[i] != 0 && fabs(p->result[i]) < least)) return 0;
     }
     return 1;
 }

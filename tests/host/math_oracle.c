@@ -45,27 +45,27 @@ static const double units[] = {1, -1, 0.5, -0.5, 0x1.fffffffffffffp-2, 0x1.00000
                                0x1.fffffffffffffp-1, -0x1.fffffffffffffp-1, 0x1p-27, 0x1p-1074, 0};
 
 static const struct function functions[] = {
-    {"exp", mpfr_exp, 0, 1.95f, 0.51f, {{-745, 709.78}, {-1, 1}}, {0, 0}, {-103, 88.7}, exponents},
+    {"exp", mpfr_exp, 0, 2.0f, 0.51f, {{-745, 709.78}, {-1, 1}}, {0, 0}, {-103, 88.7}, exponents},
     {"exp2", mpfr_exp2, 0, 0.53f, 0.51f, {{-1075, 1023.99}, {-1, 1}}, {0, 0}, {-149, 127.99}, exponents},
-    {"expm1", mpfr_expm1, 0, 0.7f, 0.51f, {{-45, 709.78}, {-1, 1}}, {0, 0}, {-20, 88.7}, exponents},
+    {"expm1", mpfr_expm1, 0, 0.75f, 0.51f, {{-45, 709.78}, {-1, 1}}, {0, 0}, {-20, 88.7}, exponents},
     {"log", mpfr_log, 0, 0.53f, 0.51f, {{0x1p-1074, 0x1.fffp1023}, {0.5, 2}, {0.99, 1.01}}, {0, 0}, {0x1p-149, 3e38}, near_one},
     {"log2", mpfr_log2, 0, 0.53f, 0.51f, {{0x1p-1074, 0x1.fffp1023}, {0.5, 2}, {0.99, 1.01}}, {0, 0}, {0x1p-149, 3e38}, near_one},
     {"log10", mpfr_log10, 0, 0.53f, 0.51f, {{0x1p-1074, 0x1.fffp1023}, {0.5, 2}, {0.99, 1.01}}, {0, 0}, {0x1p-149, 3e38}, near_one},
-    {"log1p", mpfr_log1p, 0, 0.58f, 0.51f, {{-0.9999999, 0x1.fffp1023}, {-0.5, 1}, {-0.01, 0.01}}, {0, 0}, {-0.9999999, 3e38}, 0},
+    {"log1p", mpfr_log1p, 0, 0.7f, 0.51f, {{-0.9999999, 0x1.fffp1023}, {-0.5, 1}, {-0.01, 0.01}}, {0, 0}, {-0.9999999, 3e38}, 0},
     {"pow", 0, mpfr_pow, 0.53f, 0.51f, {{0x1p-1074, 0x1.fffp1023}, {0.25, 4}, {0.999, 1.001}}, {-300, 300}, {0x1p-149, 3e38}, 0},
     {"sin", mpfr_sin, 0, 0.51f, 0.51f, {{-0x1.fffp1023, 0x1.fffp1023}, {-10, 10}, {-1e5, 1e5}}, {0, 0}, {-3e38, 3e38}, near_multiples},
     {"cos", mpfr_cos, 0, 0.51f, 0.51f, {{-0x1.fffp1023, 0x1.fffp1023}, {-10, 10}, {-1e5, 1e5}}, {0, 0}, {-3e38, 3e38}, near_multiples},
     {"tan", mpfr_tan, 0, 0.52f, 0.51f, {{-0x1.fffp1023, 0x1.fffp1023}, {-10, 10}, {-1e5, 1e5}}, {0, 0}, {-3e38, 3e38}, near_multiples},
-    {"asin", mpfr_asin, 0, 0.65f, 0.51f, {{-1, 1}, {0.45, 0.6}, {0.99, 1}}, {0, 0}, {-1, 1}, units},
-    {"acos", mpfr_acos, 0, 0.65f, 0.51f, {{-1, 1}, {0.45, 0.6}, {0.99, 1}}, {0, 0}, {-1, 1}, units},
+    {"asin", mpfr_asin, 0, 0.7f, 0.51f, {{-1, 1}, {0.45, 0.6}, {0.99, 1}}, {0, 0}, {-1, 1}, units},
+    {"acos", mpfr_acos, 0, 0.7f, 0.51f, {{-1, 1}, {0.45, 0.6}, {0.99, 1}}, {0, 0}, {-1, 1}, units},
     {"atan", mpfr_atan, 0, 0.6f, 0.51f, {{-0x1.fffp1023, 0x1.fffp1023}, {-2, 2}, {-100, 100}}, {0, 0}, {-3e38, 3e38}, units},
     {"atan2", 0, mpfr_atan2, 0.6f, 0.51f, {{-0x1.fffp1023, 0x1.fffp1023}, {-4, 4}, {-1e-300, 1e-300}}, {-4, 4}, {-3e38, 3e38}, 0},
     {"sinh", mpfr_sinh, 0, 3.6f, 0.51f, {{-710.4, 710.4}, {-2, 2}, {18, 19}}, {0, 0}, {-89, 89}, exponents},
-    {"cosh", mpfr_cosh, 0, 3.5f, 0.51f, {{-710.4, 710.4}, {-2, 2}, {18, 19}}, {0, 0}, {-89, 89}, exponents},
-    {"tanh", mpfr_tanh, 0, 0.65f, 0.51f, {{-23, 23}, {-1, 1}}, {0, 0}, {-12, 12}, units},
-    {"asinh", mpfr_asinh, 0, 0.53f, 0.51f, {{-0x1.fffp1023, 0x1.fffp1023}, {-2, 2}}, {0, 0}, {-3e38, 3e38}, units},
-    {"acosh", mpfr_acosh, 0, 0.53f, 0.51f, {{1, 0x1.fffp1023}, {1, 2}, {1, 1.001}}, {0, 0}, {1, 3e38}, 0},
-    {"atanh", mpfr_atanh, 0, 0.53f, 0.51f, {{-1, 1}, {-0.1, 0.1}, {0.99, 1}}, {0, 0}, {-1, 1}, 0},
+    {"cosh", mpfr_cosh, 0, 3.6f, 0.51f, {{-710.4, 710.4}, {-2, 2}, {18, 19}}, {0, 0}, {-89, 89}, exponents},
+    {"tanh", mpfr_tanh, 0, 0.7f, 0.51f, {{-23, 23}, {-1, 1}}, {0, 0}, {-12, 12}, units},
+    {"asinh", mpfr_asinh, 0, 0.65f, 0.51f, {{-0x1.fffp1023, 0x1.fffp1023}, {-2, 2}}, {0, 0}, {-3e38, 3e38}, units},
+    {"acosh", mpfr_acosh, 0, 0.65f, 0.51f, {{1, 0x1.fffp1023}, {1, 2}, {1, 1.001}}, {0, 0}, {1, 3e38}, 0},
+    {"atanh", mpfr_atanh, 0, 0.7f, 0.51f, {{-1, 1}, {-0.1, 0.1}, {0.99, 1}}, {0, 0}, {-1, 1}, 0},
     {"sqrt", mpfr_sqrt, 0, 0.5f, 0.5f, {{0x1p-1074, 0x1.fffp1023}}, {0, 0}, {0x1p-149, 3e38}, near_one},
     {"cbrt", mpfr_cbrt, 0, 0.53f, 0.51f, {{-0x1.fffp1023, 0x1.fffp1023}, {1, 8}}, {0, 0}, {-3e38, 3e38}, near_one},
     {"erf", mpfr_erf, 0, 0.8f, 0.51f, {{-6, 6}, {-1, 1}}, {0, 0}, {-5, 5}, units},
@@ -105,7 +105,7 @@ static void make_near_multiples(int bits, int greatest)
     mpz_clears(p0, p1, q0, q1, a, t, (mpz_ptr)0);
 }
 
-static mpfr_t x_value, y_value, result, high_part;
+static mpfr_t x_value, y_value, result, rest;
 
 /* Nothing is written for arguments without a finite result. */
 static int evaluate(const struct function *f, int is_float, double x, double y, struct point *point)
@@ -118,10 +118,11 @@ static int evaluate(const struct function *f, int is_float, double x, double y, 
     else f->two(result, x_value, y_value, MPFR_RNDN);
     if (!mpfr_number_p(result)) return 0;
     double greatest = is_float ? 0x1.fffffep127 : 0x1.fffffffffffffp1023;
-    double high = mpfr_get_d(result, MPFR_RNDN);
-    if (fabs(high) > greatest) return 0;
-    mpfr_sub_d(high_part, result, high, MPFR_RNDN);
-    *point = (struct point){x, y, high, mpfr_get_d(high_part, MPFR_RNDN)};
+    double nearest = mpfr_get_d(result, MPFR_RNDN);
+    if (fabs(nearest) > greatest) return 0;
+    mpfr_sub_d(rest, result, nearest, MPFR_RNDN);
+    mpfr_mul_2si(rest, rest, -unit_exponent(nearest, is_float), MPFR_RNDN);
+    *point = (struct point){x, y, nearest, mpfr_get_d(rest, MPFR_RNDN)};
     return 1;
 }
 
@@ -177,7 +178,7 @@ static void sweep(const struct function *f, int is_float, int wanted)
 int main(int argc, char **argv)
 {
     int wanted = argc > 1 ? atoi(argv[1]) : 1000;
-    mpfr_inits2(precision, x_value, y_value, result, high_part, (mpfr_ptr)0);
+    mpfr_inits2(precision, x_value, y_value, result, rest, (mpfr_ptr)0);
     for (size_t i = 0; i < sizeof functions / sizeof *functions; ++i) {
         if (argc > 2 && strcmp(argv[2], functions[i].name) != 0) continue;
         sweep(functions + i, 0, wanted);

@@ -43,9 +43,10 @@ static double call(const struct function *f, const struct header *h, const struc
 static double error_of(double got, const struct point *p, int is_float, int has_far_zeros)
 {
     if (got != got || got - got != 0) return 1e300;
-    int by_one = has_far_zeros && p->x < 0 && fabs(p->high) < 1;
-    int unit = unit_exponent(by_one ? 1 : p->high, is_float);
-    return fabs(ldexp(got - p->high, -unit) - ldexp(p->low, -unit));
+    int unit = unit_exponent(p->result, is_float);
+    double error = fabs(ldexp(got - p->result, -unit) - p->rest);
+    int by_one = has_far_zeros && p->x < 0 && fabs(p->result) < 1;
+    return by_one ? ldexp(error, unit - unit_exponent(1, is_float)) : error;
 }
 
 static const struct function *find(const char *name)

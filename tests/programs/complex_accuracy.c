@@ -37,12 +37,12 @@ static struct errors measure_one(const struct function *f, const struct complex_
 {
     double complex z = is_float ? (double complex)f->narrow(CMPLXF(p->x, p->y)) : f->wide(CMPLX(p->x, p->y));
     double got[2] = {creal(z), cimag(z)};
-    double larger = fabs(p->high[0]) > fabs(p->high[1]) ? p->high[0] : p->high[1];
+    double larger = fabs(p->result[0]) > fabs(p->result[1]) ? p->result[0] : p->result[1];
     struct errors errors = {0, 0};
     for (int i = 0; i < 2; ++i) {
         if (got[i] != got[i] || got[i] - got[i] != 0) return (struct errors){1e300, 1e300};
-        int unit = unit_exponent(p->high[i], is_float), whole_unit = unit_exponent(larger, is_float);
-        double part = fabs(ldexp(got[i] - p->high[i], -unit) - ldexp(p->low[i], -unit));
+        int unit = unit_exponent(p->result[i], is_float), whole_unit = unit_exponent(larger, is_float);
+        double part = fabs(ldexp(got[i] - p->result[i], -unit) - p->rest[i]);
         double scaled = ldexp(part, unit - whole_unit);
         if (part > errors.part) errors.part = part;
         errors.whole += scaled * scaled;
