@@ -134,9 +134,7 @@ constexpr bool is_positive_and_finite(double value) {
 // Truncation by the processor. A cast might be carried out ahead of a check of the range, and raise
 // an exception there.
 using TwoDoubles = double __attribute__((vector_size(16)));
-using FourFloats = float __attribute__((vector_size(16)));
 inline int truncated_integer(double x) { return __builtin_ia32_cvttsd2si(TwoDoubles{x, 0}); }
-inline int truncated_integer(float x) { return __builtin_ia32_cvttss2si(FourFloats{x, 0, 0, 0}); }
 
 // 2^exponent, within the normal range.
 constexpr double power_of_two(int exponent) {

@@ -2,6 +2,7 @@
 
 #include "math/round.h"
 
+#include "core/cpu.h"
 #include "math/errors.h"
 
 #include <math.h>
@@ -16,32 +17,49 @@ Float integer_or_quiet(Float x) {
     return is_nan(x) ? x + x : x;
 }
 
-// Truncated by the processor, which takes less than 2^31.
-template <typename Float>
-bool is_small(Float x) {
-    return absolute_value(x) < Float(0x1p31);
+// SSE4.1 rounds in one instruction: 1 down, 2 up, 3 toward zero, and 8 for no inexact flag.
+enum Direction { down = 9, up = 10, toward_zero = 11 };
+
+template <Direction direction>
+double rounded_by_processor(double x) {
+    __asm__("roundsd %1, %0, %0" : "+x"(x) : "i"(direction));
+    return x;
 }
 
-template <typename Float>
-Float truncated_small(Float x) {
-    return with_sign_of(static_cast<Float>(truncated_integer(x)), x);
+template <Direction direction>
+float rounded_by_processor(float x) {
+    __asm__("roundss %1, %0, %0" : "+x"(x) : "i"(direction));
+    return x;
 }
+
+bool processor_rounds() { return cpu_features & cpu_sse41; }
 
 template <typename Float>
 Float truncation_of(Float x) {
-    return is_small(x) ? truncated_small(x) : integer_or_quiet(truncated(x));
+    if (processor_rounds()) return rounded_by_processor<toward_zero>(x);
+    return integer_or_quiet(truncated(x));
 }
 
 template <typename Float>
 Float floor_of(Float x) {
-    Float whole = is_small(x) ? truncated_small(x) : truncated(x);
+    if (processor_rounds()) return rounded_by_processor<down>(x);
     if (is_nan(x)) return x + x;
+    Float whole = truncated(x);
     return whole > x ? whole - 1 : whole;
 }
 
 template <typename Float>
 Float ceiling_of(Float x) {
+    if (processor_rounds()) return rounded_by_processor<up>(x);
     return -floor_of(-x);
+}
+
+// Half away from zero; the difference is exact.
+template <typename Float>
+Float round_of(Float x) {
+    Float whole = truncation_of(x);
+    if (whole == x || is_nan(x)) return whole;
+    return absolute_value(x - whole) < Float(0.5) ? whole : whole + with_sign_of(Float(1), x);
 }
 
 // Deliberately an error when the result is not exact.
@@ -73,9 +91,9 @@ double trunc(double x) { return truncation_of(x); }
 float truncf(float x) { return truncation_of(x); }
 long double truncl(long double x) { return truncation_of<double>(x); }
 
-double round(double x) { return integer_or_quiet(rounded_half_away(x)); }
-float roundf(float x) { return integer_or_quiet(rounded_half_away(x)); }
-long double roundl(long double x) { return integer_or_quiet(rounded_half_away<double>(x)); }
+double round(double x) { return round_of(x); }
+float roundf(float x) { return round_of(x); }
+long double roundl(long double x) { return round_of<double>(x); }
 
 double nearbyint(double x) { return integer_or_quiet(rounded_in_direction(x)); }
 float nearbyintf(float x) { return integer_or_quiet(rounded_in_direction(x)); }
