@@ -2,6 +2,7 @@
    sizes), and latency, where each call waits for the one before. */
 #include "bench.h"
 
+#include <complex.h>
 #include <math.h>
 #include <stdlib.h>
 #include <string.h>
@@ -80,6 +81,15 @@ static int wanted(const char *name, int argc, char **argv)
         LATENCY(#function "f, latency", function##f(xf[i] + 0 * (float)last_, yf[i]));             \
     }
 
+/* Both parts in the natural range. */
+#define COMPLEX(function)                                                                          \
+    if (wanted(#function, argc, argv)) {                                                           \
+        fill(-3, 3, -1, 100);                                                                      \
+        BENCH(#function, count, for (int i = 0; i < count; ++i) bench_keep(function(x[i] + I * y[i]))); \
+        BENCH(#function "f", count,                                                                \
+              for (int i = 0; i < count; ++i) bench_keep(function##f(xf[i] + I * yf[i])));          \
+    }
+
 int main(int argc, char **argv)
 {
     ONE(exp, -10, 10, -1, 700)
@@ -108,6 +118,17 @@ int main(int argc, char **argv)
     TWO(hypot, -10, 10, -1, 1e100)
     TWO(fmod, -10, 10, -1, 1e300)
     TWO(remainder, -10, 10, -1, 1e300)
+    ONE(tgamma, 0.1, 20, 0, 170)
+    ONE(lgamma, 0.1, 20, 0, 1e300)
+    ONE(erf, -3, 3, -1, 6)
+    ONE(erfc, -3, 6, 0, 27)
+    COMPLEX(cexp)
+    COMPLEX(clog)
+    COMPLEX(csqrt)
+    COMPLEX(csin)
+    COMPLEX(ctanh)
+    COMPLEX(casin)
+    COMPLEX(catan)
     ONE(floor, -10, 10, -1, 1e300)
     ONE(round, -10, 10, -1, 1e300)
     return 0;

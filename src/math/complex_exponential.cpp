@@ -2,6 +2,7 @@
 
 #include "math/arctangent.h"
 #include "math/complex_number.h"
+#include "math/hypotenuse.h"
 #include "math/logarithm.h"
 
 #include <complex.h>
@@ -128,7 +129,27 @@ Complex power(Complex z, Complex w) {
     return {x, is_nan(y) ? rest : with_sign_of(0.0, y)};
 }
 
+bool is_middling(double x) { return exponent_field(x) - (1023u - 400) < 800; }
+
+// As square_root_of, with one division. Both parts are positive, their squares of ordinary size.
+Complex middling_root(double x, double y) {
+    Pair size = x > y ? root_of_squares(x, y) : root_of_squares(y, x);
+    Pair sum = sum_of_ordered(size.high, x);
+    double high = 0.5 * sum.high, low = 0.5 * (sum.low + size.low);
+    double root = square_root(high), inverse = 0.5 / root;
+    Pair square = square_of(root);
+    double rest = ((((high - square.high) + low) - square.low)) * inverse;
+    double other = y * inverse;
+    return {root + rest, other - 2 * other * rest * inverse};
+}
+
 Complex root(Complex z) {
+    double x = absolute_value(z.real), y = absolute_value(z.imaginary);
+    if (__builtin_expect(is_middling(x) && is_middling(y), true)) {
+        Complex result = middling_root(x, y);
+        if (sign_of(z.real)) result = {result.imaginary, result.real};
+        return {result.real, with_sign_of(result.imaginary, z.imaginary)};
+    }
     if (!is_finite(z)) return special_root(z);
     Complex result = sum_of(square_root_of({z.real, 0}, z.imaginary));
     return {result.real, with_sign_of(result.imaginary, z.imaginary)}; // of a zero, too

@@ -93,9 +93,9 @@ constexpr double scaled_power(double power, int exponent) {
     return with_upper_word(power, upper_word(power) + (static_cast<uint32_t>(exponent) << 20));
 }
 
-// Whether the value is in the normal range for certain.
+// Whether the value, and its product with the rest, are in the normal range for certain.
 constexpr bool is_plain(const Exponential &e) {
-    return static_cast<unsigned>(e.exponent + 1020) <= 2040;
+    return static_cast<unsigned>(e.exponent + 900) <= 1900;
 }
 
 inline double plain_value_of(const Exponential &e) {

@@ -59,18 +59,6 @@ float cube_root(float x) {
     return static_cast<float>(with_sign_of(root, static_cast<double>(x)));
 }
 
-// sqrt(a^2 + b^2): a root and its correction by what its square leaves. The division does not wait
-// for the root.
-Pair root_of_squares(double a, double b) {
-    Pair first = square_of(a), second = square_of(b);
-    Pair sum = sum_of_ordered(first.high, second.high);
-    double low = sum.low + (first.low + second.low), total = sum.high + low;
-    double half_inverse = 0.5 / total, root = square_root(total);
-    Pair square = square_of(root);
-    double rest = ((sum.high - square.high) + low) - square.low;
-    return {root, rest * (root * half_inverse)};
-}
-
 bool is_special(double x, double y) { return !is_finite(x) || !is_finite(y) || x == 0 || y == 0; }
 
 // An infinity counts even beside a NaN.

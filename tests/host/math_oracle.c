@@ -46,7 +46,7 @@ static const double units[] = {1, -1, 0.5, -0.5, 0x1.fffffffffffffp-2, 0x1.00000
 
 static const struct function functions[] = {
     {"exp", mpfr_exp, 0, 2.0f, 0.51f, {{-745, 709.78}, {-1, 1}}, {0, 0}, {-103, 88.7}, exponents},
-    {"exp2", mpfr_exp2, 0, 0.53f, 0.51f, {{-1075, 1023.99}, {-1, 1}}, {0, 0}, {-149, 127.99}, exponents},
+    {"exp2", mpfr_exp2, 0, 0.51f, 0.51f, {{-1075, 1023.99}, {-1, 1}}, {0, 0}, {-149, 127.99}, exponents},
     {"expm1", mpfr_expm1, 0, 0.75f, 0.51f, {{-45, 709.78}, {-1, 1}}, {0, 0}, {-20, 88.7}, exponents},
     {"log", mpfr_log, 0, 0.53f, 0.51f, {{0x1p-1074, 0x1.fffp1023}, {0.5, 2}, {0.99, 1.01}}, {0, 0}, {0x1p-149, 3e38}, near_one},
     {"log2", mpfr_log2, 0, 0.53f, 0.51f, {{0x1p-1074, 0x1.fffp1023}, {0.5, 2}, {0.99, 1.01}}, {0, 0}, {0x1p-149, 3e38}, near_one},
