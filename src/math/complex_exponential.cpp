@@ -23,12 +23,22 @@ namespace {
 // Beyond this every part over- or underflows.
 constexpr double exponent_limit = 3000;
 
+// power (1 + rest) times a sum.
+double part_of(double power, double rest, Pair direction) {
+    return power * direction.high + power * (direction.low + rest * direction.high);
+}
+
 // e^x (cos y + i sin y) for finite parts.
 Complex finite_exponential(Pair x, Pair y) {
     if (!(absolute_value(x.high) < exponent_limit)) x = {with_sign_of(exponent_limit, x.high), 0};
     Exponential e = table_exponential(x.high, x.low);
-    Pair magnitude = pair_of(e);
     SineAndCosine direction = sine_and_cosine(y.high, y.low);
+    if (__builtin_expect(is_plain(e), true)) {
+        double power = scaled_power(e.power, e.exponent);
+        return {part_of(power, e.rest, direction.cosine),
+                y.high == 0 ? y.high : part_of(power, e.rest, direction.sine)};
+    }
+    Pair magnitude = pair_of(e);
     return {scaled(magnitude * direction.cosine, e.exponent),
             y.high == 0 ? y.high : scaled(magnitude * direction.sine, e.exponent)};
 }
@@ -140,7 +150,9 @@ Complex middling_root(double x, double y) {
     Pair square = square_of(root);
     double rest = ((((high - square.high) + low) - square.low)) * inverse;
     double other = y * inverse;
-    return {root + rest, other - 2 * other * rest * inverse};
+    Pair product = exact_product(other, 2 * root);
+    double left = (y - product.high) - product.low;
+    return {root + rest, other + (left - 2 * other * rest) * inverse};
 }
 
 Complex root(Complex z) {
@@ -185,13 +197,35 @@ ComplexPair square_root_of(Pair real, double imaginary) {
     return result;
 }
 
+namespace {
+
+Complex float_exponential(Complex z) {
+    if (__builtin_expect(!is_plain_float_exponent(z), false)) return exponential(z);
+    double magnitude = exponential_for_float(z.real);
+    Direction direction = direction_of_float(z.imaginary);
+    return {magnitude * direction.cosine,
+            z.imaginary == 0 ? z.imaginary : magnitude * direction.sine};
+}
+
+// The squares of floats are in the range of double.
+Complex float_root(Complex z) {
+    double x = absolute_value(z.real), y = absolute_value(z.imaginary);
+    double size = square_root(x * x + y * y);
+    if (__builtin_expect(!is_finite(size) || size == 0, false)) return root(z);
+    double t = square_root((x + size) * 0.5), other = y / (2 * t);
+    bool negative = sign_of(z.real);
+    return {negative ? other : t, with_sign_of(negative ? t : other, z.imaginary)};
+}
+
+} // namespace
+
 } // namespace vexrt
 
 using namespace vexrt;
 
-VEXRT_COMPLEX_FUNCTION(cexp, exponential)
+VEXRT_COMPLEX_FUNCTION_OF_TWO_WORKERS(cexp, exponential, float_exponential)
 VEXRT_COMPLEX_FUNCTION(clog, logarithm)
-VEXRT_COMPLEX_FUNCTION(csqrt, root)
+VEXRT_COMPLEX_FUNCTION_OF_TWO_WORKERS(csqrt, root, float_root)
 
 extern "C" {
 

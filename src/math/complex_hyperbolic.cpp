@@ -123,9 +123,47 @@ Complex hyperbolic_tangent(Complex z) {
     return {with_sign_of(real, z.real), imaginary};
 }
 
+// The same for parts that are floats, in double.
+struct FloatHyperbolic {
+    double sine, cosine;
+};
+
+FloatHyperbolic float_hyperbolic(double x) {
+    double power = exponential_for_float(x), inverse = 1 / power, square = x * x;
+    double sine = absolute_value(x) < 1 ? x + x * square * polynomial(sinh_tail, square)
+                                        : 0.5 * (power - inverse);
+    return {sine, 0.5 * (power + inverse)};
+}
+
+// Zeros keep their signs, which products of zeros give them.
+Complex float_hyperbolic_sine(Complex z) {
+    if (__builtin_expect(!is_plain_float_exponent(z), false)) return hyperbolic_sine(z);
+    FloatHyperbolic x = float_hyperbolic(z.real);
+    Direction y = direction_of_float(z.imaginary);
+    return {x.sine * y.cosine, x.cosine * y.sine};
+}
+
+Complex float_hyperbolic_cosine(Complex z) {
+    if (__builtin_expect(!is_plain_float_exponent(z), false)) return hyperbolic_cosine(z);
+    FloatHyperbolic x = float_hyperbolic(z.real);
+    Direction y = direction_of_float(z.imaginary);
+    return {x.cosine * y.cosine, x.sine * y.sine};
+}
+
+Complex float_hyperbolic_tangent(Complex z) {
+    if (__builtin_expect(!is_plain_float_exponent(z), false)) return hyperbolic_tangent(z);
+    FloatHyperbolic x = float_hyperbolic(z.real);
+    Direction y = direction_of_float(z.imaginary);
+    double size = x.sine * x.sine + y.cosine * y.cosine;
+    return {x.sine * x.cosine / size, y.sine * y.cosine / size};
+}
+
 Complex sine(Complex z) { return times_minus_i(hyperbolic_sine(times_i(z))); }
 Complex cosine(Complex z) { return hyperbolic_cosine(times_i(z)); }
 Complex tangent(Complex z) { return times_minus_i(hyperbolic_tangent(times_i(z))); }
+Complex float_sine(Complex z) { return times_minus_i(float_hyperbolic_sine(times_i(z))); }
+Complex float_cosine(Complex z) { return float_hyperbolic_cosine(times_i(z)); }
+Complex float_tangent(Complex z) { return times_minus_i(float_hyperbolic_tangent(times_i(z))); }
 
 } // namespace
 
@@ -133,9 +171,9 @@ Complex tangent(Complex z) { return times_minus_i(hyperbolic_tangent(times_i(z))
 
 using namespace vexrt;
 
-VEXRT_COMPLEX_FUNCTION(csinh, hyperbolic_sine)
-VEXRT_COMPLEX_FUNCTION(ccosh, hyperbolic_cosine)
-VEXRT_COMPLEX_FUNCTION(ctanh, hyperbolic_tangent)
-VEXRT_COMPLEX_FUNCTION(csin, sine)
-VEXRT_COMPLEX_FUNCTION(ccos, cosine)
-VEXRT_COMPLEX_FUNCTION(ctan, tangent)
+VEXRT_COMPLEX_FUNCTION_OF_TWO_WORKERS(csinh, hyperbolic_sine, float_hyperbolic_sine)
+VEXRT_COMPLEX_FUNCTION_OF_TWO_WORKERS(ccosh, hyperbolic_cosine, float_hyperbolic_cosine)
+VEXRT_COMPLEX_FUNCTION_OF_TWO_WORKERS(ctanh, hyperbolic_tangent, float_hyperbolic_tangent)
+VEXRT_COMPLEX_FUNCTION_OF_TWO_WORKERS(csin, sine, float_sine)
+VEXRT_COMPLEX_FUNCTION_OF_TWO_WORKERS(ccos, cosine, float_cosine)
+VEXRT_COMPLEX_FUNCTION_OF_TWO_WORKERS(ctan, tangent, float_tangent)

@@ -84,18 +84,41 @@ inline Number to_foreign(Complex z) {
 
 // A function of one complex argument in its three precisions. Only the first calls the worker,
 // which is compiled into it and stores the parts where the caller wants them: a pair that is copied
-// at once waits for both stores.
-#define VEXRT_COMPLEX_FUNCTION(name, worker)                                                       \
+// at once waits for both stores. The form of float has a worker of its own that rounds less in less
+// time, or the same.
+#define VEXRT_COMPLEX_FUNCTION_OF_TWO_WORKERS(name, worker, float_worker)                          \
     extern "C" double _Complex name(double _Complex z) {                                           \
         return to_foreign<double _Complex>(worker(from_foreign(z)));                               \
     }                                                                                              \
     extern "C" float _Complex name##f(float _Complex z) {                                          \
-        double _Complex wide = to_foreign<double _Complex>(from_foreign(z));                       \
-        return to_foreign<float _Complex>(from_foreign(name(wide)));                               \
+        return to_foreign<float _Complex>(float_worker(from_foreign(z)));                          \
     }                                                                                              \
     extern "C" long double _Complex name##l(long double _Complex z) {                              \
         double _Complex wide = to_foreign<double _Complex>(from_foreign(z));                       \
         return to_foreign<long double _Complex>(from_foreign(name(wide)));                         \
     }
+
+#define VEXRT_COMPLEX_FUNCTION(name, worker)                                                       \
+    VEXRT_COMPLEX_FUNCTION_OF_TWO_WORKERS(name, worker, [](Complex z) {                            \
+        return from_foreign(name(to_foreign<double _Complex>(z)));                                 \
+    })
+
+// What the float forms compute with: sine and cosine, and e^x, in double. The parts are floats.
+struct Direction {
+    double sine, cosine;
+};
+
+inline Direction direction_of_float(double angle) {
+    auto narrow = static_cast<float>(angle);
+    if (absolute_value(narrow) < 0x1p-30f) return {angle, 1};
+    Reduced reduced = reduce(narrow);
+    return {sine_for_float(reduced.high, reduced.step),
+            sine_for_float(reduced.high, reduced.step + quarter_turn)};
+}
+
+// Whether the parts are finite and e to the real one is a float in the normal range.
+inline bool is_plain_float_exponent(Complex z) {
+    return absolute_value(z.real) < 80 && is_finite(z.imaginary);
+}
 
 } // namespace vexrt

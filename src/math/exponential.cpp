@@ -27,8 +27,10 @@ double exponential(double x, const char *name) {
     return result;
 }
 
-// Beyond these a float's exponential is 0 or infinite, well inside the range of double.
-constexpr float float_limit = 110;
+// Up to the first limits a float's exponential is in the normal range; beyond the second it is 0 or
+// infinite, well inside the range of double.
+constexpr float float_plain = 87, float_plain_binary = 125;
+constexpr float float_limit = 110, float_limit_binary = 160;
 
 [[gnu::cold]] float extreme_exponential(float x, const char *name) {
     if (is_nan(x)) return x + x;
@@ -103,15 +105,18 @@ extern "C" {
 double exp(double x) { return exponential(x, "exp"); }
 long double expl(long double x) { return exponential(x, "expl"); }
 float expf(float x) {
-    if (__builtin_expect(!(absolute_value(x) < float_limit), false))
-        return extreme_exponential(x, "expf");
+    if (__builtin_expect(absolute_value(x) < float_plain, true))
+        return static_cast<float>(exponential_for_float(x));
+    if (!(absolute_value(x) < float_limit)) return extreme_exponential(x, "expf");
     return narrow(exponential_for_float(x), "expf", x);
 }
 
 double exp2(double x) { return power_of_two(x, "exp2"); }
 long double exp2l(long double x) { return power_of_two(x, "exp2l"); }
 float exp2f(float x) {
-    if (__builtin_expect(!(absolute_value(x) < 160), false)) return extreme_exponential(x, "exp2f");
+    if (__builtin_expect(absolute_value(x) < float_plain_binary, true))
+        return static_cast<float>(power_of_two_for_float(x));
+    if (!(absolute_value(x) < float_limit_binary)) return extreme_exponential(x, "exp2f");
     return narrow(power_of_two_for_float(x), "exp2f", x);
 }
 

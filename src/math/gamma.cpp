@@ -146,6 +146,14 @@ double log_gamma_of(double x, const char *name) {
     return result.high + result.low;
 }
 
+float log_gamma_of(float x) {
+    if (!(x >= stirling_from && x < 0x1p100f))
+        return narrow(log_gamma_of(static_cast<double>(x), "lgammaf"), "lgammaf", x);
+    double wide = x, rest = polynomial(stirling_series, 1 / (wide * wide)) / wide;
+    double logarithm = logarithm_for_float<natural_logarithm>(x);
+    return static_cast<float>(((wide - 0.5) * logarithm - wide) + (half_log_of_two_pi_high + rest));
+}
+
 // Below, every float's gamma function is less than half of the least float.
 constexpr float float_gamma_vanishes = -60;
 
@@ -171,7 +179,7 @@ float tgammaf(float x) { return gamma_of(x); }
 long double tgammal(long double x) { return gamma_of(double(x), "tgammal"); }
 
 double lgamma(double x) { return log_gamma_of(x, "lgamma"); }
-float lgammaf(float x) { return narrow(log_gamma_of(x, "lgammaf"), "lgammaf", x); }
+float lgammaf(float x) { return log_gamma_of(x); }
 long double lgammal(long double x) { return log_gamma_of(double(x), "lgammal"); }
 
 } // extern "C"

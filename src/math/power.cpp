@@ -99,17 +99,24 @@ double power(double x, double y, const char *name) {
     return finish({sign * value.high, sign * value.low}, e.exponent, {name, x, y});
 }
 
-float power(float x, float y) {
+// Results outside the normal range, negative bases, special arguments.
+[[gnu::noinline]] float rare_power(float x, float y) {
     double sign = 1;
-    if (__builtin_expect(!is_ordinary(x, y) || x == 1, false)) {
+    if (!is_ordinary(x, y) || x == 1) {
         auto [decided, result] = special(x, y, "powf");
         if (decided) return result;
         sign = result;
     }
     double exponent = y * logarithm_for_float<natural_logarithm>(absolute_value(x));
-    if (__builtin_expect(!(absolute_value(exponent) < 200), false))
-        exponent = with_sign_of(200.0, exponent);
+    if (!(absolute_value(exponent) < 200)) exponent = with_sign_of(200.0, exponent);
     return narrow(sign * exponential_for_float(exponent), {"powf", x, y});
+}
+
+float power(float x, float y) {
+    if (__builtin_expect(!is_ordinary(x, y), false)) return rare_power(x, y);
+    double exponent = y * logarithm_for_float<natural_logarithm>(x);
+    if (__builtin_expect(!(absolute_value(exponent) < 87), false)) return rare_power(x, y);
+    return static_cast<float>(exponential_for_float(exponent));
 }
 
 } // namespace

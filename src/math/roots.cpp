@@ -86,8 +86,10 @@ double hypotenuse_of(double x, double y, const char *name) {
 
 float hypotenuse_of(float x, float y) {
     double wide = x, other = y, square = wide * wide + other * other;
-    if (__builtin_expect(!is_finite(square), false))
-        return static_cast<float>(special_hypotenuse(x, y));
+    constexpr uint32_t least = upper_word(0x1p-250), most = upper_word(0x1p255);
+    if (__builtin_expect(upper_word(square) - least < most - least, true))
+        return static_cast<float>(square_root(square));
+    if (!is_finite(square)) return static_cast<float>(special_hypotenuse(x, y));
     return narrow(square_root(square), {"hypotf", x, y});
 }
 

@@ -21,8 +21,8 @@ struct function {
 };
 
 static const struct function functions[] = {
-    {"cexp", mpc_exp, 1, 700, 80},         {"clog", mpc_log, 1, 0x1p1000, 1e37},
-    {"csqrt", mpc_sqrt, 2, 0x1p1000, 1e37}, {"csin", mpc_sin, 1, 700, 80},
+    {"cexp", mpc_exp, 1.5, 700, 80},         {"clog", mpc_log, 1.5, 0x1p1000, 1e37},
+    {"csqrt", mpc_sqrt, 1, 0x1p1000, 1e37}, {"csin", mpc_sin, 1, 700, 80},
     {"ccos", mpc_cos, 2, 700, 80},         {"ctan", mpc_tan, 1, 300, 40},
     {"csinh", mpc_sinh, 1, 700, 80},       {"ccosh", mpc_cosh, 1, 700, 80},
     {"ctanh", mpc_tanh, 1, 300, 40},       {"casin", mpc_asin, 2, 0x1p100, 1e20},
