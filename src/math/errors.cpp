@@ -24,8 +24,7 @@ constexpr Kind kinds[] = {{_DOMAIN, FE_INVALID},
                           {_UNDERFLOW, FE_UNDERFLOW},
                           {_DOMAIN, FE_INEXACT}};
 
-} // namespace
-
+// Raising the exception and setting errno.
 void error_step(int excepts) {
     feraiseexcept(excepts);
     if (excepts & (FE_INVALID | FE_DIVBYZERO))
@@ -33,6 +32,8 @@ void error_step(int excepts) {
     else if (excepts & (FE_OVERFLOW | FE_UNDERFLOW | FE_INEXACT))
         set_errno(ERANGE);
 }
+
+} // namespace
 
 double report(MathError error, const Call &call, double result) {
     Kind kind = kinds[static_cast<int>(error)];

@@ -24,9 +24,6 @@ struct Call {
 [[gnu::cold, gnu::noinline]] double report(MathError error, const char *name, double argument,
                                            double result);
 
-// The raising of exceptions and the setting of errno alone.
-void error_step(int excepts);
-
 // A finite result of double arithmetic as a float; `call` reports its overflow and underflow.
 // Values between the greatest float and infinity round as the direction says.
 [[gnu::cold, gnu::noinline]] float narrow_extreme(double value, const Call &call);
