@@ -2,7 +2,7 @@
 #ifndef ARGUMENTS_H
 #define ARGUMENTS_H
 
-#include "../sweep.h"
+#include "../points.h"
 
 #include <stdlib.h>
 

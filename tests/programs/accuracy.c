@@ -3,7 +3,7 @@
  * functions and prints the greatest error of each, in units in the last place, and where it is.
  * Fails when one is above the bound that came with it.
  */
-#include "sweep.h"
+#include "points.h"
 
 #include <fcntl.h>
 #include <io.h>

@@ -3,7 +3,7 @@
  * them, and prints the greatest error of a part of each function's results, in units in the last place,
  * and of the whole, in those of its magnitude. Fails when one is above its bound.
  */
-#include "sweep.h"
+#include "points.h"
 
 #include <complex.h>
 #include <fcntl.h>
