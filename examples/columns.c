@@ -8,6 +8,7 @@
  * deviation (by Welford's method, which loses no digits to large sums).
  */
 #include <errno.h>
+#include <math.h>
 #include <stdio.h>
 #include <string.h>
 
@@ -26,15 +27,6 @@ static void add(struct column *column, double value)
     if (value > column->greatest) column->greatest = value;
     column->mean += before / (double)column->count;
     column->squares += before * (value - column->mean);
-}
-
-/* A square root by Newton's method. */
-static double square_root(double value)
-{
-    double root = value > 1 ? value : 1, next;
-    if (value <= 0) return 0;
-    while ((next = (root + value / root) / 2) < root) root = next;
-    return root;
 }
 
 static void add_line(const char *line, struct column *columns, unsigned *used)
@@ -63,6 +55,6 @@ int main(int argc, char **argv)
     for (i = 0; i < used; ++i)
         printf("%6u %8lu %14.6g %14.6g %14.6g %14.6g\n", i + 1, columns[i].count, columns[i].least,
                columns[i].greatest, columns[i].mean,
-               columns[i].count > 1 ? square_root(columns[i].squares / (double)(columns[i].count - 1)) : 0.0);
+               columns[i].count > 1 ? sqrt(columns[i].squares / (double)(columns[i].count - 1)) : 0.0);
     return 0;
 }
