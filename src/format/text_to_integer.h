@@ -74,8 +74,12 @@ Unsigned parse_unsigned(const Char *text, const Char *&end, int base) {
     if (!settle_base(at, base)) return 0;
     auto radix = static_cast<unsigned>(base);
     const Char *first = at;
-    Unsigned value = 0;
-    for (unsigned digit; (digit = digit_value(*at)) < radix; ++at) {
+    constexpr uint32_t one_word = (UINT32_MAX - 35) / 36; // another digit of any base fits 32 bits
+    uint32_t low = 0;
+    unsigned digit = digit_value(*at);
+    for (; digit < radix && low <= one_word; digit = digit_value(*++at)) low = low * radix + digit;
+    Unsigned value = low;
+    for (; digit < radix; digit = digit_value(*++at)) {
         if (append_digit(value, radix, digit)) continue;
         set_errno(ERANGE);
         return static_cast<Unsigned>(-1);
