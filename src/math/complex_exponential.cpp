@@ -23,9 +23,11 @@ namespace {
 // Beyond this every part over- or underflows.
 constexpr double exponent_limit = 3000;
 
-// power (1 + rest) times a sum.
+// power (1 + rest) times a sum, rounded little more than once: the leading bits' product is exact.
 double part_of(double power, double rest, Pair direction) {
-    return power * direction.high + power * (direction.low + rest * direction.high);
+    double power_high = leading_bits(power), high = leading_bits(direction.high);
+    double low = power_high * (direction.high - high) + (power - power_high) * direction.high;
+    return power_high * high + (low + power * (direction.low + rest * direction.high));
 }
 
 // e^x (cos y + i sin y) for finite parts.
