@@ -13,80 +13,61 @@ namespace vexrt {
 
 constexpr size_t path_capacity = 260; // of names the system takes, terminator included
 
+inline size_t text_length(const char *text) { return strlen(text); }
+inline size_t text_length(const wchar_t *text) { return wcslen(text); }
+
 template <typename Char>
 struct FileApi;
 
-template <>
-struct FileApi<char> {
-    static size_t length(const char *text) { return strlen(text); }
-    static DWORD attributes(const char *path) { return GetFileAttributesA(path); }
-    static BOOL set_attributes(const char *path, DWORD a) { return SetFileAttributesA(path, a); }
-    static HANDLE find_first(const char *path, FIND_DATA<char> *data) {
-        return FindFirstFileA(path, data);
+// The functions that end in `Suffix` in the system.
+#define VEXRT_FILE_API(Char, Suffix)                                                               \
+    template <>                                                                                    \
+    struct FileApi<Char> {                                                                         \
+        using Data = FIND_DATA<Char>;                                                              \
+        static size_t length(const Char *text) { return text_length(text); }                       \
+        static DWORD attributes(const Char *path) { return GetFileAttributes##Suffix(path); }      \
+        static BOOL set_attributes(const Char *path, DWORD attributes) {                           \
+            return SetFileAttributes##Suffix(path, attributes);                                    \
+        }                                                                                          \
+        static HANDLE find_first(const Char *path, Data *data) {                                   \
+            return FindFirstFile##Suffix(path, data);                                              \
+        }                                                                                          \
+        static BOOL find_next(HANDLE search, Data *data) {                                         \
+            return FindNextFile##Suffix(search, data);                                             \
+        }                                                                                          \
+        static DWORD full_path(const Char *path, DWORD size, Char *to) {                           \
+            return GetFullPathName##Suffix(path, size, to, nullptr);                               \
+        }                                                                                          \
+        static UINT drive_type(const Char *root) { return GetDriveType##Suffix(root); }            \
+        static DWORD current_directory(DWORD size, Char *to) {                                     \
+            return GetCurrentDirectory##Suffix(size, to);                                          \
+        }                                                                                          \
+        static BOOL set_current_directory(const Char *path) {                                      \
+            return SetCurrentDirectory##Suffix(path);                                              \
+        }                                                                                          \
+        static BOOL create_directory(const Char *path) {                                           \
+            return CreateDirectory##Suffix(path, nullptr);                                         \
+        }                                                                                          \
+        static BOOL remove_directory(const Char *path) { return RemoveDirectory##Suffix(path); }   \
+        static BOOL delete_file(const Char *path) { return DeleteFile##Suffix(path); }             \
+        static BOOL move_file(const Char *from, const Char *to) {                                  \
+            return MoveFileEx##Suffix(from, to, MOVEFILE_COPY_ALLOWED);                            \
+        }                                                                                          \
+        static BOOLEAN create_symbolic_link(const Char *link, const Char *target, DWORD flags) {   \
+            return CreateSymbolicLink##Suffix(link, target, flags);                                \
+        }                                                                                          \
+        static HANDLE open_for_attributes(const Char *path) {                                      \
+            return CreateFile##Suffix(path, FILE_WRITE_ATTRIBUTES,                                 \
+                                      FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,  \
+                                      FILE_FLAG_BACKUP_SEMANTICS, nullptr);                        \
+        }                                                                                          \
+        static BOOL set_variable(const Char *name, const Char *value) {                            \
+            return SetEnvironmentVariable##Suffix(name, value);                                    \
+        }                                                                                          \
     }
-    static BOOL find_next(HANDLE search, FIND_DATA<char> *data) {
-        return FindNextFileA(search, data);
-    }
-    static DWORD full_path(const char *path, DWORD size, char *to) {
-        return GetFullPathNameA(path, size, to, nullptr);
-    }
-    static UINT drive_type(const char *root) { return GetDriveTypeA(root); }
-    static DWORD current_directory(DWORD size, char *to) { return GetCurrentDirectoryA(size, to); }
-    static BOOL set_current_directory(const char *path) { return SetCurrentDirectoryA(path); }
-    static BOOL create_directory(const char *path) { return CreateDirectoryA(path, nullptr); }
-    static BOOL remove_directory(const char *path) { return RemoveDirectoryA(path); }
-    static BOOL delete_file(const char *path) { return DeleteFileA(path); }
-    static BOOL move_file(const char *from, const char *to) {
-        return MoveFileExA(from, to, MOVEFILE_COPY_ALLOWED);
-    }
-    static BOOLEAN create_symbolic_link(const char *link, const char *target, DWORD flags) {
-        return CreateSymbolicLinkA(link, target, flags);
-    }
-    static HANDLE open_for_attributes(const char *path) {
-        return CreateFileA(path, FILE_WRITE_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                           OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
-    }
-    static BOOL set_variable(const char *name, const char *value) {
-        return SetEnvironmentVariableA(name, value);
-    }
-};
-
-template <>
-struct FileApi<wchar_t> {
-    static size_t length(const wchar_t *text) { return wcslen(text); }
-    static DWORD attributes(const wchar_t *path) { return GetFileAttributesW(path); }
-    static BOOL set_attributes(const wchar_t *path, DWORD a) { return SetFileAttributesW(path, a); }
-    static HANDLE find_first(const wchar_t *path, FIND_DATA<wchar_t> *data) {
-        return FindFirstFileW(path, data);
-    }
-    static BOOL find_next(HANDLE search, FIND_DATA<wchar_t> *data) {
-        return FindNextFileW(search, data);
-    }
-    static DWORD full_path(const wchar_t *path, DWORD size, wchar_t *to) {
-        return GetFullPathNameW(path, size, to, nullptr);
-    }
-    static UINT drive_type(const wchar_t *root) { return GetDriveTypeW(root); }
-    static DWORD current_directory(DWORD size, wchar_t *to) {
-        return GetCurrentDirectoryW(size, to);
-    }
-    static BOOL set_current_directory(const wchar_t *path) { return SetCurrentDirectoryW(path); }
-    static BOOL create_directory(const wchar_t *path) { return CreateDirectoryW(path, nullptr); }
-    static BOOL remove_directory(const wchar_t *path) { return RemoveDirectoryW(path); }
-    static BOOL delete_file(const wchar_t *path) { return DeleteFileW(path); }
-    static BOOL move_file(const wchar_t *from, const wchar_t *to) {
-        return MoveFileExW(from, to, MOVEFILE_COPY_ALLOWED);
-    }
-    static BOOLEAN create_symbolic_link(const wchar_t *link, const wchar_t *target, DWORD flags) {
-        return CreateSymbolicLinkW(link, target, flags);
-    }
-    static HANDLE open_for_attributes(const wchar_t *path) {
-        return CreateFileW(path, FILE_WRITE_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                           OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
-    }
-    static BOOL set_variable(const wchar_t *name, const wchar_t *value) {
-        return SetEnvironmentVariableW(name, value);
-    }
-};
+VEXRT_FILE_API(char, A);
+VEXRT_FILE_API(wchar_t, W);
+#undef VEXRT_FILE_API
 
 // -1 with errno from the system's last error.
 inline int fail_by_system() {
