@@ -190,6 +190,22 @@ static void test_names(void)
         CHECK(errno == EPERM || errno == ENOSYS);
     }
     CHECK_ERRNO(_symlink(NULL, "x"), -1, EINVAL);
+    CHECK_ERRNO(_wsymlink(L"x", NULL), -1, EINVAL);
+    CHECK_WSTR(_wgetdcwd(0, NULL, 0), _wgetcwd(NULL, 0));
+    /* wide names open the same files */
+    struct stat status, wide_status;
+    CHECK_INT(_stat("fs-target", &status), 0);
+    CHECK_INT(_wstat(L"fs-target", &wide_status), 0);
+    CHECK_MEM(&wide_status, &status, sizeof status);
+    int opened[3] = {_wopen(L"fs-target", O_RDONLY), _wsopen(L"fs-target", O_RDWR, 0x40), _wcreat(L"fs-target", 0x180)};
+    CHECK(opened[0] > 2 && opened[1] > 2 && opened[2] > 2);
+    CHECK_INT(_filelength(opened[0]), 0); /* the last one cut it */
+    FILE *stream = _wfdopen(opened[2], L"wb");
+    CHECK_INT(fputs("again", stream), 0);
+    CHECK_INT(fclose(stream), 0);
+    CHECK_INT(_filelength(opened[1]), 5);
+    _close(opened[0]);
+    _close(opened[1]);
     remove("fs-target");
 }
 
