@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # The example programs, built with each compiler, give the output that they should.
 set -eu
-bin=$1/bin
+bin=$(cd "$1/bin" && pwd)
 examples=$(cd "$(dirname "$0")/../../examples" && pwd)
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
