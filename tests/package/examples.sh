@@ -8,21 +8,33 @@ trap 'rm -rf "$work"' EXIT
 cd "$work"
 passed=0 failed=0
 
+check_text() { # WHAT GOT DUE
+    if [ "$2" = "$3" ]; then passed=$((passed + 1)); else
+        failed=$((failed + 1))
+        printf '%s: got\n%s\ndue\n%s\n' "$1" "$2" "$3"
+    fi
+}
+
 # check PROGRAM INPUT DUE [ARGUMENT...]: standard output and the exit status
 check() {
     local program=$1 input=$2 due=$3 got
     shift 3
     got=$(printf "$input" | { "$bin/vexrun" "$program.exe" "$@" 2>&1; echo "status $?"; } | tr -d '\r')
-    if [ "$got" = "$due" ]; then passed=$((passed + 1)); else
-        failed=$((failed + 1))
-        printf '%s %s: got\n%s\ndue\n%s\n' "$program" "$*" "$got" "$due"
-    fi
+    check_text "$program $*" "$got" "$due"
+}
+
+build() { # COMPILER SOURCE: with the flags that its first comment asks for
+    local options
+    options=$(sed -n 's/^ \* options: //p' "$2")
+    # shellcheck disable=SC2086
+    "$bin/vexcc" --compiler=$1 -O2 $options "$2" -lkernel32 -o "$(basename "${2%.*}").exe"
 }
 
 for compiler in clang gcc; do
-    for source in "$examples"/*.c; do
-        "$bin/vexcc" --compiler=$compiler -O2 "$source" -o "$(basename "$source" .c).exe"
+    for source in "$examples"/*.c "$examples"/*.cpp "$examples"/plugin/textfilter.c; do
+        build $compiler "$source"
     done
+    "$bin/vexcc" --compiler=$compiler -O2 -shared "$examples/plugin/rot13.c" -o rot13.dll
     check columns '1 10 x\n2 20.5\n\n3e0 -5 7 end' "\
 column    count          least       greatest           mean      deviation
      1        3              1              3              2              1
@@ -48,6 +60,53 @@ status 5
 none: No such file or directory
 status 127
 status 3"
+    check histogram 'one word, or two: a%%1 longer\nfinishes' "\
+  1     1 ********************
+  2     1 ********************
+  3     2 ****************************************
+  4     1 ********************
+  6     1 ********************
+  8     1 ********************
+7 words
+status 0"
+    printf 12345 >Größe.txt
+    printf 123 >ねこ𝄞.txt
+    check filesizes '' "\
+         5 Größe.txt (9 units)
+         3 ねこ𝄞.txt (8 units)
+nicht da.txt: No such file or directory
+         8 in all
+status 1" Größe.txt ねこ𝄞.txt 'nicht da.txt'
+    rm -f notes
+    check notelog '' 'status 0' notes first
+    check notelog '' 'status 0' notes 'and a second'
+    check notelog '' 'status 2' notes
+    [ "$(llvm-readobj-19 --file-headers notelog.exe | grep -c IMAGE_SUBSYSTEM_WINDOWS_GUI)" = 1 ] && subsystem=windows || subsystem=other
+    check_text "what notelog wrote, its subsystem" "$(tr -d '\r' <notes); $subsystem" '001 first
+002 "and a second"; windows'
+    printf 123456789 >digits
+    : >empty
+    check checksum '' 'cbf43926          9 digits
+00000000          0 empty
+checksum: missing: error 2
+status 1' digits empty missing
+    check textfilter 'Hello\nUryyb\n' '[rot13]
+Uryyb
+Hello
+[10 letters]
+status 0' ./rot13.dll
+    check heapwatch '' 'heap: sound
+heap: sound
+leaked: no
+status 0'
+    check heapwatch '' 'heap: sound
+heap: sound
+leaked: yes
+status 1' leak
+    check heapwatch '' "heap: sound
+heap: overwritten
+at the block of 'xxxxxxxx'
+status 3" overrun
 done
 
 # recode against the machine's own converter: FROM TO, and their names there
