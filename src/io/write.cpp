@@ -4,6 +4,7 @@
 // every full chunk one unit of the source is passed over; that is how the interface is defined, and
 // the streams, which must lose nothing, write in smaller pieces.
 
+#include "io/console.h"
 #include "io/find_unit.h"
 #include "io/io.h"
 #include "locale/locale_record.h"
@@ -189,22 +190,12 @@ int write_worker(Descriptor &descriptor, const void *buffer, unsigned count) {
 
 using namespace vexrt;
 
-// Console output of one call is not mixed with that of another: the console lock is taken first,
-// and given back even when an exception passes through.
+// The console lock is taken before the descriptor's.
 extern "C" int _write(int fd, const void *buffer, unsigned count) {
     Descriptor *descriptor = open_descriptor(fd);
     if (!descriptor) return fail_with(EBADF);
     auto write = [=]() {
         return with_descriptor(fd, [=](Descriptor &d) { return write_worker(d, buffer, count); });
     };
-    if (!descriptor->is_console()) return write();
-    Lock &console = numbered_lock(lock_console);
-    int result;
-    console.enter();
-    __try {
-        result = write();
-    } __finally {
-        console.leave();
-    }
-    return result;
+    return descriptor->is_console() ? under_console_lock(write) : write();
 }

@@ -84,6 +84,46 @@ struct BY_HANDLE_FILE_INFORMATION {
     DWORD volume, size_high, size_low, link_count, index_high, index_low;
 };
 
+// Consoles. The character of a key event is a byte or a UTF-16 unit, by the function that read it.
+struct COORD {
+    short X, Y;
+};
+
+struct CONSOLE_SCREEN_BUFFER_INFO {
+    COORD dwSize, dwCursorPosition;
+    WORD wAttributes;
+    short window[4];
+    COORD dwMaximumWindowSize;
+};
+static_assert(sizeof(CONSOLE_SCREEN_BUFFER_INFO) == 22);
+
+struct KEY_EVENT_RECORD {
+    BOOL bKeyDown;
+    WORD wRepeatCount, wVirtualKeyCode, wVirtualScanCode;
+    union {
+        wchar_t UnicodeChar;
+        char AsciiChar;
+    };
+    DWORD dwControlKeyState;
+};
+
+struct INPUT_RECORD {
+    WORD EventType;
+    KEY_EVENT_RECORD KeyEvent; // when the type is KEY_EVENT
+};
+static_assert(sizeof(INPUT_RECORD) == 20);
+
+enum : WORD { KEY_EVENT = 1 };
+enum : DWORD {
+    RIGHT_ALT_PRESSED = 0x01,
+    LEFT_ALT_PRESSED = 0x02,
+    RIGHT_CTRL_PRESSED = 0x04,
+    LEFT_CTRL_PRESSED = 0x08,
+    SHIFT_PRESSED = 0x10,
+    ENHANCED_KEY = 0x100
+};
+enum : DWORD { ENABLE_PROCESSED_INPUT = 1, ENABLE_LINE_INPUT = 2, ENABLE_ECHO_INPUT = 4 };
+
 struct MEMORY_BASIC_INFORMATION {
     void *BaseAddress, *AllocationBase;
     DWORD AllocationProtect;
@@ -346,6 +386,20 @@ VEXRT_IMPORT BOOL __stdcall SetStdHandle(DWORD, HANDLE);
 VEXRT_IMPORT BOOL __stdcall GetConsoleMode(HANDLE, DWORD *);
 VEXRT_IMPORT UINT __stdcall GetConsoleCP();
 VEXRT_IMPORT UINT __stdcall GetConsoleOutputCP();
+VEXRT_IMPORT BOOL __stdcall SetConsoleMode(HANDLE, DWORD);
+VEXRT_IMPORT BOOL __stdcall ReadConsoleInputA(HANDLE, INPUT_RECORD *, DWORD, DWORD *done);
+VEXRT_IMPORT BOOL __stdcall ReadConsoleInputW(HANDLE, INPUT_RECORD *, DWORD, DWORD *done);
+VEXRT_IMPORT BOOL __stdcall PeekConsoleInputA(HANDLE, INPUT_RECORD *, DWORD, DWORD *done);
+VEXRT_IMPORT BOOL __stdcall GetNumberOfConsoleInputEvents(HANDLE, DWORD *);
+VEXRT_IMPORT BOOL __stdcall GetConsoleScreenBufferInfo(HANDLE, CONSOLE_SCREEN_BUFFER_INFO *);
+VEXRT_IMPORT BOOL __stdcall FillConsoleOutputCharacterA(HANDLE, char, DWORD count, COORD,
+                                                        DWORD *done);
+VEXRT_IMPORT BOOL __stdcall FillConsoleOutputAttribute(HANDLE, WORD, DWORD count, COORD,
+                                                       DWORD *done);
+VEXRT_IMPORT BOOL __stdcall SetConsoleCursorPosition(HANDLE, COORD);
+VEXRT_IMPORT BOOL __stdcall SetConsoleTextAttribute(HANDLE, WORD);
+VEXRT_IMPORT BOOL __stdcall ReadConsoleA(HANDLE, void *, DWORD, DWORD *done, void *);
+VEXRT_IMPORT BOOL __stdcall WriteConsoleA(HANDLE, const void *, DWORD, DWORD *done, void *);
 VEXRT_IMPORT BOOL __stdcall ReadConsoleW(HANDLE, void *, DWORD, DWORD *done, void *);
 VEXRT_IMPORT BOOL __stdcall WriteConsoleW(HANDLE, const void *, DWORD, DWORD *done, void *);
 VEXRT_IMPORT int __stdcall MultiByteToWideChar(UINT, DWORD, const char *, int, wchar_t *, int);

@@ -5,6 +5,7 @@
 #include "core/lock.h"
 #include "core/thread_record.h"
 #include "heap/heap.h"
+#include "io/console.h"
 #include "io/io.h"
 #include "startup/startup.h"
 #include "string/kernels.h"
@@ -64,6 +65,7 @@ BOOL detach_process(bool process_ending) {
     run_table(destructors_begin, destructors_end);
     if (process_ending) return true;
     descriptors_detach();
+    console_detach();
     free_thread_record(nullptr);
     free_spare_threads();
     destroy_locks();
