@@ -89,7 +89,7 @@ void release(ThreadRecord &record) {
                              record.tmpnam_buffer, record.asctime_buffer, record.calendar_state};
     for (void *buffer : buffers) heap_release(buffer);
     if (record.signal_handlers != default_signal_handlers) heap_release(record.signal_handlers);
-    heap_release(record.hash_table);
+    free_hash_table(record.hash_table);
     heap_release(record.locale_name);
     if (record.locale != &c_locale) heap_release(record.locale);
     heap_release(&record);

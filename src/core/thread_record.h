@@ -103,4 +103,7 @@ void free_thread_record(ThreadRecord *record); // null: the calling thread's
 // with the threads.
 void finish_c11_thread(void *thread);
 
+// Frees the thread's hash table, if there is one. Defined with the search functions.
+void free_hash_table(void *table);
+
 } // namespace vexrt

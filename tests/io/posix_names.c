@@ -4,6 +4,7 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <regex.h>
+#include <search.h>
 #include <stdlib.h>
 #include <strings.h>
 #include <sys/mman.h>
@@ -41,6 +42,9 @@ int main(void)
     CHECK_INT(regcomp(&expression, "^h.*x$", REG_EXTENDED | REG_NOSUB), 0);
     CHECK_INT(regexec(&expression, "hello, posix", 0, NULL, 0), 0);
     regfree(&expression);
+    ENTRY item = {text, NULL};
+    CHECK(hcreate(1) && hsearch(item, ENTER) && hsearch(item, FIND)->key == text);
+    hdestroy();
     CHECK_INT(strcasecmp("PoSiX", "posix"), 0);
     CHECK_INT(fileno(stdout), STDOUT_FILENO);
     CHECK_INT(putenv("POSIXLY=1"), 0);
