@@ -24,24 +24,27 @@ def text_of(comment):
 
 
 def documentation(lines):
-    """Paragraphs as text, indented lines as a verbatim block."""
-    result, table = [], []
+    """Paragraphs as a line each, so that none of their lines looks like a list; tables verbatim."""
+    result, table = [""], []
 
     def end_table():
         while table and not table[-1].strip():
             table.pop()
         if table:
-            result.extend(["@verbatim", *table, "@endverbatim", ""])
+            result.extend(["@verbatim", *table, "@endverbatim", "", ""])
             table.clear()
 
     for line in lines:
         if line.startswith("  ") or (table and not line.strip()):
             table.append(line)
+        elif not line.strip():
+            end_table()
+            result.extend(["", ""])
         else:
             end_table()
-            result.append(escape(line))
+            result[-1] = f"{result[-1]} {escape(line)}".strip()
     end_table()
-    return "\n".join(result)
+    return "\n".join(result).strip()
 
 
 def declarations(lines):
@@ -86,10 +89,7 @@ def blocks(text):
             yield "blank", ""
         else:
             while at < len(lines) and lines[at].strip() and not lines[at].startswith("/*"):
-                # A blank line inside braces does not end a declaration.
                 at += 1
-                while at < len(lines) and lines[at].startswith(("    ", "\n")):
-                    at += 1
             yield "code", lines[start:at]
 
 
