@@ -37,9 +37,14 @@ double logarithm(double x, const char *name) {
 }
 
 template <const LogarithmBase &base>
+[[gnu::noinline]] float rare_logarithm(float x, const char *name) {
+    if (!is_positive_and_finite(x)) return static_cast<float>(no_logarithm(x, x, name));
+    return static_cast<float>(logarithm_for_float<base>(static_cast<double>(x)));
+}
+
+template <const LogarithmBase &base>
 float logarithm(float x, const char *name) {
-    if (__builtin_expect(!is_positive_and_finite(x), false))
-        return static_cast<float>(no_logarithm(x, x, name));
+    if (__builtin_expect(!is_positive_and_normal(x), false)) return rare_logarithm<base>(x, name);
     return static_cast<float>(logarithm_for_float<base>(x));
 }
 
