@@ -120,10 +120,11 @@ Complex area_cosine(Complex z) {
     return {x + y, x + y};
 }
 
-// Parts of 1 / z: where z is so large that atanh z is that and a quarter turn.
-Complex huge_area_tangent(Complex z) {
-    double size = hypotenuse(z.real * 0.5, z.imaginary * 0.5, "catanh");
-    return {z.real / size / size / 4, with_sign_of(half_pi_high, z.imaginary)};
+// Parts of 1 / z: where z is so large that atanh z is that and a quarter turn. Neither is negative.
+Complex huge_area_tangent(double x, double y) {
+    double scale = power_of_two(1024 - exponent_field(x > y ? x : y)), near = x * scale;
+    Pair square = exact_product(near, near) + exact_product(y * scale, y * scale);
+    return {near / sum_of(square) * scale, half_pi_high};
 }
 
 // log(1 + 4 x / ((1 - x)^2 + y^2)) / 4 + i atan(2 y / ((1 - x) (1 + x) - y^2)) / 2 for x >= 0.
@@ -151,7 +152,7 @@ Complex area_tangent(Complex z) {
     if (!is_finite(z)) return special_area_tangent(z);
     double x = absolute_value(z.real), y = absolute_value(z.imaginary);
     bool far = x > 0x1p60 || y > 0x1p60;
-    Complex result = far ? huge_area_tangent({x, y}) : first_quadrant_area_tangent(x, y);
+    Complex result = far ? huge_area_tangent(x, y) : first_quadrant_area_tangent(x, y);
     return {with_sign_of(result.real, z.real), with_sign_of(result.imaginary, z.imaginary)};
 }
 
