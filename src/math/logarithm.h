@@ -99,8 +99,7 @@ inline double logarithm_for_float(const LogarithmArgument &x) {
                      fourth = log_tail_float[1] * scale, fifth = log_tail_float[0] * scale;
     double r = x.z * cell.inverse - 1, square = r * r;
     double whole = x.exponent * (base.two_high + base.two_low) + (cell.high + cell.low);
-    return (whole + r * scale) +
-           square * ((second + third * r) + square * (fourth + fifth * r));
+    return (whole + r * scale) + square * ((second + third * r) + square * (fourth + fifth * r));
 }
 
 template <const LogarithmBase &base>
@@ -108,8 +107,8 @@ inline double logarithm_for_float(double x) {
     return logarithm_for_float<base>(logarithm_argument(x));
 }
 
-// The same cells, found from the bits of a normal float. The lower three bits of the first word's place are
-// 0 in every float.
+// The same cells, found from the bits of a normal float. The lower three bits of the first word's
+// place are 0 in every float.
 template <const LogarithmBase &base>
 inline double logarithm_for_float(float x) {
     constexpr uint32_t first = (log_first_upper_word - (1023u << 20)) * 8 + (127u << 23);

@@ -58,8 +58,7 @@ inline float cube_root_of(double m, int exponent, float sign) {
     double root = m * power_of_two(static_cast<int>(third)) * (estimate * estimate);
     double error = 1 - root * estimate; // the inverse is off by error / 3
     double signed_root = root * with_sign_of(scale, static_cast<double>(sign));
-    return static_cast<float>(signed_root +
-                              signed_root * (error * (2.0 / 3 + error * (5.0 / 9))));
+    return static_cast<float>(signed_root + signed_root * (error * (2.0 / 3 + error * (5.0 / 9))));
 }
 
 [[gnu::cold, gnu::noinline]] float rare_cube_root(float x) {

@@ -60,8 +60,7 @@ inline bool is_ordinary_angle(float x) {
 }
 
 inline float sine(float x, unsigned quadrant, const char *name) {
-    if (__builtin_expect(!is_ordinary_angle(x), false))
-        return rare_sine(x, quadrant, name);
+    if (__builtin_expect(!is_ordinary_angle(x), false)) return rare_sine(x, quadrant, name);
     Reduced reduced = reduce_small(x);
     return static_cast<float>(sine_for_float(reduced.high, reduced.step + quadrant * quarter_turn));
 }
