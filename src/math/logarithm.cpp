@@ -51,9 +51,7 @@ float logarithm(float x, const char *name) {
 double logarithm_of_successor(double x, const char *name) {
     if (absolute_value(x) < 0x1p-54) return tiny_result(x, name);
     if (__builtin_expect(!(x > -1) || !is_finite(x), false)) return no_logarithm(x, x + 1, name);
-    Pair sum = exact_sum(1, x);
-    Pair result = natural_logarithm_of(logarithm_argument(sum.high));
-    return result.high + (result.low + sum.low / sum.high);
+    return plain_logarithm_of_successor(x);
 }
 
 float logarithm_of_successor(float x) {

@@ -90,6 +90,13 @@ inline Pair logarithm_of_successor(Pair u) {
     return extended_logarithm(sum_of_ordered(sum.high, sum.low + u.low));
 }
 
+// To the precision of double, u > -1.
+inline double plain_logarithm_of_successor(double u) {
+    Pair sum = exact_sum(1, u);
+    Pair result = natural_logarithm_of(logarithm_argument(sum.high));
+    return result.high + (result.low + sum.low / sum.high);
+}
+
 // To the precision of float, also near 1. The terms stand so that few wait for each other.
 template <const LogarithmBase &base>
 inline double logarithm_for_float(const LogarithmArgument &x) {
