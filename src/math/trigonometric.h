@@ -86,7 +86,7 @@ inline Reduced reduce(float x) {
 // The sine of the angle and a step, to the precision of float.
 inline double sine_for_float(double r, unsigned step) {
     const SineEntry &entry = sine_table[step & 127];
-    double square = r * r, cosine = entry.cosine + entry.cosine_rest;
+    double square = r * r, cosine = sine_table[(step + quarter_turn) & 127].sine;
     double odd = r * square * polynomial(sin_tail_float, square);
     double versine = square * polynomial(cos_tail_float, square);
     return (entry.sine + cosine * r) + (cosine * odd + entry.sine * versine);
