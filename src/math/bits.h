@@ -86,14 +86,17 @@ constexpr bool is_subnormal(Float value) {
     return magnitude_bits(value) - 1 < fraction_mask<Float>;
 }
 
+// These two stay in the vector registers.
 template <typename Float>
 constexpr Float absolute_value(Float value) {
-    return from_bits<Float>(magnitude_bits(value));
+    if constexpr (sizeof(Float) == sizeof(float)) return __builtin_fabsf(value);
+    return static_cast<Float>(__builtin_fabs(value));
 }
 
 template <typename Float>
 constexpr Float with_sign_of(Float magnitude, Float sign) {
-    return from_bits<Float>(magnitude_bits(magnitude) | (bits_of(sign) & sign_mask<Float>));
+    if constexpr (sizeof(Float) == sizeof(float)) return __builtin_copysignf(magnitude, sign);
+    return static_cast<Float>(__builtin_copysign(magnitude, sign));
 }
 
 // The exponent field: 0 for subnormal numbers and zero.
@@ -122,6 +125,11 @@ constexpr bool is_finite(double value) {
 }
 constexpr bool is_finite(float value) { return magnitude_bits(value) < infinity_bits<float>; }
 constexpr bool is_finite(long double value) { return is_finite(static_cast<double>(value)); }
+
+template <typename Float>
+constexpr bool is_positive_and_normal(Float value) {
+    return bits_of(value) - implicit_bit<Float> < infinity_bits<Float> - implicit_bit<Float>;
+}
 
 // Positive, not zero, finite.
 constexpr bool is_positive_and_finite(float value) {

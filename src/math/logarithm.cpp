@@ -37,18 +37,21 @@ double logarithm(double x, const char *name) {
 }
 
 template <const LogarithmBase &base>
+[[gnu::noinline]] float rare_logarithm(float x, const char *name) {
+    if (!is_positive_and_finite(x)) return static_cast<float>(no_logarithm(x, x, name));
+    return static_cast<float>(logarithm_for_float<base>(static_cast<double>(x)));
+}
+
+template <const LogarithmBase &base>
 float logarithm(float x, const char *name) {
-    if (__builtin_expect(!is_positive_and_finite(x), false))
-        return static_cast<float>(no_logarithm(x, x, name));
+    if (__builtin_expect(!is_positive_and_normal(x), false)) return rare_logarithm<base>(x, name);
     return static_cast<float>(logarithm_for_float<base>(x));
 }
 
 double logarithm_of_successor(double x, const char *name) {
     if (absolute_value(x) < 0x1p-54) return tiny_result(x, name);
     if (__builtin_expect(!(x > -1) || !is_finite(x), false)) return no_logarithm(x, x + 1, name);
-    Pair sum = exact_sum(1, x);
-    Pair result = natural_logarithm_of(logarithm_argument(sum.high));
-    return result.high + (result.low + sum.low / sum.high);
+    return plain_logarithm_of_successor(x);
 }
 
 float logarithm_of_successor(float x) {

@@ -90,14 +90,23 @@ inline Pair logarithm_of_successor(Pair u) {
     return extended_logarithm(sum_of_ordered(sum.high, sum.low + u.low));
 }
 
-// To the precision of float, also near 1.
+// To the precision of double, u > -1.
+inline double plain_logarithm_of_successor(double u) {
+    Pair sum = exact_sum(1, u);
+    Pair result = natural_logarithm_of(logarithm_argument(sum.high));
+    return result.high + (result.low + sum.low / sum.high);
+}
+
+// To the precision of float, also near 1. The terms stand so that few wait for each other.
 template <const LogarithmBase &base>
 inline double logarithm_for_float(const LogarithmArgument &x) {
     const LogarithmCell &cell = base.cells[x.cell];
-    double r = x.z * cell.inverse - 1;
-    double tail = r + r * r * (r * polynomial(log_tail_float, r) - 0.5);
-    return (x.exponent * (base.two_high + base.two_low) + cell.high) +
-           (tail * (base.scale_high + base.scale_low) + cell.low);
+    constexpr double scale = base.scale_high + base.scale_low;
+    constexpr double second = -0.5 * scale, third = log_tail_float[2] * scale,
+                     fourth = log_tail_float[1] * scale, fifth = log_tail_float[0] * scale;
+    double r = x.z * cell.inverse - 1, square = r * r;
+    double whole = x.exponent * (base.two_high + base.two_low) + (cell.high + cell.low);
+    return (whole + r * scale) + square * ((second + third * r) + square * (fourth + fifth * r));
 }
 
 template <const LogarithmBase &base>
@@ -105,15 +114,12 @@ inline double logarithm_for_float(double x) {
     return logarithm_for_float<base>(logarithm_argument(x));
 }
 
-// The same cells, found from a float's own bits. The lower three bits of the first word's place are
-// 0 in every float.
+// The same cells, found from the bits of a normal float. The lower three bits of the first word's
+// place are 0 in every float.
 template <const LogarithmBase &base>
 inline double logarithm_for_float(float x) {
     constexpr uint32_t first = (log_first_upper_word - (1023u << 20)) * 8 + (127u << 23);
-    uint32_t bits = bits_of(x);
-    if (__builtin_expect(bits < implicit_bit<float>, false))
-        return logarithm_for_float<base>(static_cast<double>(x));
-    uint32_t offset = bits - first;
+    uint32_t bits = bits_of(x), offset = bits - first;
     double z = from_bits<float>(bits - (offset & 0xFF800000));
     return logarithm_for_float<base>({z, static_cast<int32_t>(offset) >> 23, offset >> 16 & 127});
 }

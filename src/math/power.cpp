@@ -66,8 +66,7 @@ template <typename Float>
 
 template <typename Float>
 bool is_ordinary(Float x, Float y) {
-    bool base = bits_of(x) - implicit_bit<Float> < infinity_bits<Float> - implicit_bit<Float>;
-    return base && magnitude_bits(y) - 1 < infinity_bits<Float> - 1;
+    return is_positive_and_normal(x) && magnitude_bits(y) - 1 < infinity_bits<Float> - 1;
 }
 
 // y times a sum. Factors of 21 bits make the first product exact.
@@ -107,7 +106,8 @@ double power(double x, double y, const char *name) {
         if (decided) return result;
         sign = result;
     }
-    double exponent = y * logarithm_for_float<natural_logarithm>(absolute_value(x));
+    double magnitude = absolute_value(x);
+    double exponent = y * logarithm_for_float<natural_logarithm>(magnitude);
     if (!(absolute_value(exponent) < 200)) exponent = with_sign_of(200.0, exponent);
     return narrow(sign * exponential_for_float(exponent), {"powf", x, y});
 }

@@ -47,17 +47,35 @@ double cube_root(double x) {
     return with_sign_of((root + step) * power_of_two(exponent), x);
 }
 
-// A first step of second order is enough.
-float cube_root(float x) {
-    if (x == 0 || !is_finite(x)) return x + x;
-    auto [m, third, exponent] = cube_argument(x);
-    double estimate = polynomial(inverse_cube_root, m) * inverse_cube_root_of_power[third];
-    double whole = m * static_cast<double>(1 << third), square = estimate * estimate;
-    double root = whole * square, error = 1 - root * estimate; // the inverse is off by error / 3
-    root *= power_of_two(exponent);
-    root += root * error * (2.0 / 3 + error * (5.0 / 9));
-    return static_cast<float>(with_sign_of(root, static_cast<double>(x)));
+// Of 2^exponent m, m from 1 to 2. A first step of second order is enough.
+inline float cube_root_of(double m, int exponent, float sign) {
+    constexpr const auto &c = inverse_cube_root;
+    unsigned power = static_cast<unsigned>(exponent + 3 * 400), third = power % 3;
+    double square = m * m;
+    double estimate = (c[4] + c[3] * m) + square * ((c[2] + c[1] * m) + square * c[0]);
+    estimate *= inverse_cube_root_of_power[third];
+    double scale = power_of_two(static_cast<int>(power / 3) - 400);
+    double root = m * power_of_two(static_cast<int>(third)) * (estimate * estimate);
+    double error = 1 - root * estimate; // the inverse is off by error / 3
+    double signed_root = root * with_sign_of(scale, static_cast<double>(sign));
+    return static_cast<float>(signed_root + signed_root * (error * (2.0 / 3 + error * (5.0 / 9))));
 }
+
+[[gnu::cold, gnu::noinline]] float rare_cube_root(float x) {
+    if (x == 0 || !is_finite(x)) return x + x;
+    auto [significand, field] = parts_of(x);
+    return cube_root_of(static_cast<double>(significand) * 0x1p-23, field - 127, x);
+}
+
+float cube_root(float x) {
+    if (__builtin_expect(!is_positive_and_normal(absolute_value(x)), false))
+        return rare_cube_root(x);
+    double m = from_bits<float>((bits_of(x) & fraction_mask<float>) | bits_of(1.0f));
+    return cube_root_of(m, exponent_field(x) - 127, x);
+}
+
+// Whether squares neither overflow nor vanish.
+constexpr bool has_plain_square(double x) { return exponent_field(x) - 623u <= 800; }
 
 bool is_special(double x, double y) { return !is_finite(x) || !is_finite(y) || x == 0 || y == 0; }
 
@@ -68,8 +86,8 @@ double special_hypotenuse(double x, double y) {
     return absolute_value(x) + absolute_value(y);
 }
 
-double hypotenuse_of(double x, double y, const char *name) {
-    if (__builtin_expect(is_special(x, y), false)) return special_hypotenuse(x, y);
+[[gnu::noinline]] double rare_hypotenuse(double x, double y, const char *name) {
+    if (is_special(x, y)) return special_hypotenuse(x, y);
     double a = absolute_value(x), b = absolute_value(y);
     double longer = a > b ? a : b, shorter = a > b ? b : a; // without a jump
     int power = 0;
@@ -82,6 +100,15 @@ double hypotenuse_of(double x, double y, const char *name) {
         shorter *= power_of_two(-power);
     }
     return finish(root_of_squares(longer, shorter), power, {name, x, y});
+}
+
+double hypotenuse_of(double x, double y, const char *name) {
+    if (__builtin_expect(!has_plain_square(x) || !has_plain_square(y), false))
+        return rare_hypotenuse(x, y, name);
+    double a = absolute_value(x), b = absolute_value(y);
+    double longer = a > b ? a : b, shorter = a > b ? b : a; // without a jump
+    Pair root = root_of_squares(longer, shorter);
+    return root.high + root.low;
 }
 
 float hypotenuse_of(float x, float y) {

@@ -34,32 +34,44 @@ float rounded_by_processor(float x) {
 
 bool processor_rounds() { return cpu_features & cpu_sse41; }
 
+// Older processors. Not inlined: the registers that this takes need not be saved for the others.
 template <typename Float>
-Float truncation_of(Float x) {
-    if (processor_rounds()) return rounded_by_processor<toward_zero>(x);
+[[gnu::noinline]] Float plain_truncation(Float x) {
     return integer_or_quiet(truncated(x));
 }
 
 template <typename Float>
-Float floor_of(Float x) {
-    if (processor_rounds()) return rounded_by_processor<down>(x);
+[[gnu::noinline]] Float plain_floor(Float x) {
     if (is_nan(x)) return x + x;
     Float whole = truncated(x);
     return whole > x ? whole - 1 : whole;
 }
 
 template <typename Float>
-Float ceiling_of(Float x) {
-    if (processor_rounds()) return rounded_by_processor<up>(x);
-    return -floor_of(-x);
+Float truncation_of(Float x) {
+    if (__builtin_expect(processor_rounds(), true)) return rounded_by_processor<toward_zero>(x);
+    return plain_truncation(x);
 }
 
-// Half away from zero; the difference is exact.
+template <typename Float>
+Float floor_of(Float x) {
+    if (__builtin_expect(processor_rounds(), true)) return rounded_by_processor<down>(x);
+    return plain_floor(x);
+}
+
+template <typename Float>
+Float ceiling_of(Float x) {
+    if (__builtin_expect(processor_rounds(), true)) return rounded_by_processor<up>(x);
+    return -plain_floor(-x);
+}
+
+// Half away from zero; the difference is exact. No jump depends on it.
 template <typename Float>
 Float round_of(Float x) {
     Float whole = truncation_of(x);
-    if (whole == x || is_nan(x)) return whole;
-    return absolute_value(x - whole) < Float(0.5) ? whole : whole + with_sign_of(Float(1), x);
+    if (__builtin_expect(!is_finite(x), false)) return whole;
+    Float away = absolute_value(x - whole) < Float(0.5) ? Float(0) : Float(1);
+    return whole + with_sign_of(away, x);
 }
 
 // Deliberately an error when the result is not exact.

@@ -53,11 +53,15 @@ constexpr float float_tiny = 0x1p-13f;
     return static_cast<float>(sine_for_float(reduced.high, reduced.step + quadrant * quarter_turn));
 }
 
-inline float sine(float x, unsigned quadrant, const char *name) {
+// Neither tiny nor large.
+inline bool is_ordinary_angle(float x) {
     constexpr uint32_t least = bits_of(float_tiny), most = bits_of(small_float_argument);
-    if (__builtin_expect(magnitude_bits(x) - least >= most - least, false))
-        return rare_sine(x, quadrant, name);
-    Reduced reduced = reduce(x);
+    return magnitude_bits(x) - least < most - least;
+}
+
+inline float sine(float x, unsigned quadrant, const char *name) {
+    if (__builtin_expect(!is_ordinary_angle(x), false)) return rare_sine(x, quadrant, name);
+    Reduced reduced = reduce_small(x);
     return static_cast<float>(sine_for_float(reduced.high, reduced.step + quadrant * quarter_turn));
 }
 
@@ -73,13 +77,20 @@ double tangent(double x, const char *name) {
     return quotient.high + quotient.low;
 }
 
-float tangent(float x) {
-    float magnitude = absolute_value(x);
-    if (magnitude < 0x1p-13f) return tiny_result(x, "tanf");
-    if (__builtin_expect(!is_finite(x), false)) return static_cast<float>(no_angle(x, "tanf"));
-    Reduced reduced = reduce(x);
+float tangent_of(const Reduced &reduced) {
     return static_cast<float>(sine_for_float(reduced.high, reduced.step) /
                               sine_for_float(reduced.high, reduced.step + quarter_turn));
+}
+
+[[gnu::noinline]] float rare_tangent(float x) {
+    if (absolute_value(x) < float_tiny) return tiny_result(x, "tanf");
+    if (!is_finite(x)) return static_cast<float>(no_angle(x, "tanf"));
+    return tangent_of(reduce_large(x));
+}
+
+float tangent(float x) {
+    if (__builtin_expect(!is_ordinary_angle(x), false)) return rare_tangent(x);
+    return tangent_of(reduce_small(x));
 }
 
 constexpr const char *names[] = {"sin", "cos"};

@@ -27,14 +27,14 @@ constexpr float small_float_argument = 0x1p15f;
 
 // In every rounding direction the nearest: next to a zero of the function the neighbouring step's
 // polynomials would not do.
-inline NearInteger nearest_integer(double x) {
-    int integer = truncated_integer(x + with_sign_of(0.5, x));
+inline NearInteger nearest_step(double x) {
+    int integer = truncated_integer(x * sine_steps_per_unit + with_sign_of(0.5, x));
     return {static_cast<double>(integer), integer};
 }
 
 inline Reduced reduce(double x) {
     if (__builtin_expect(!(absolute_value(x) < small_argument), false)) return reduce_large(x);
-    auto [multiple, step] = nearest_integer(x * sine_steps_per_unit);
+    auto [multiple, step] = nearest_step(x);
     double first = x - multiple * sine_step[0]; // exact
     Pair rest = exact_sum(first, -(multiple * sine_step[1]));
     rest = sum_of_ordered(rest.high, rest.low - multiple * sine_step[2]);
@@ -69,21 +69,27 @@ inline Pair sine_of(const SmallAngle &angle, unsigned step) {
     return {sum.high, sum.low + low};
 }
 
+// Below small_float_argument.
+inline Reduced reduce_small(float x) {
+    double wide = x;
+    auto [multiple, step] = nearest_step(wide);
+    double rest = wide - multiple * sine_step_float[0]; // exact
+    return {static_cast<unsigned>(step), rest - multiple * sine_step_float[1], 0};
+}
+
 inline Reduced reduce(float x) {
     if (__builtin_expect(!(absolute_value(x) < small_float_argument), false))
         return reduce_large(x);
-    auto [multiple, step] = nearest_integer(x * sine_steps_per_unit);
-    double rest = x - multiple * sine_step_float[0]; // exact
-    return {static_cast<unsigned>(step), rest - multiple * sine_step_float[1], 0};
+    return reduce_small(x);
 }
 
 // The sine of the angle and a step, to the precision of float.
 inline double sine_for_float(double r, unsigned step) {
     const SineEntry &entry = sine_table[step & 127];
-    double square = r * r;
-    double odd = r + r * square * polynomial(sin_tail_float, square);
+    double square = r * r, cosine = sine_table[(step + quarter_turn) & 127].sine;
+    double odd = r * square * polynomial(sin_tail_float, square);
     double versine = square * polynomial(cos_tail_float, square);
-    return entry.sine + ((entry.cosine + entry.cosine_rest) * odd + entry.sine * versine);
+    return (entry.sine + cosine * r) + (cosine * odd + entry.sine * versine);
 }
 
 } // namespace vexrt

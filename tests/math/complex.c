@@ -119,6 +119,15 @@ static void test_special(void)
     CHECK(creal(pole) == INF && cimag(pole) == 0 && fetestexcept(FE_DIVBYZERO));
 }
 
+/* x / (x^2 + y^2), within a unit in the last place: dividing twice by a rounded root is not. */
+static void test_huge_inverse_tangents(void)
+{
+    double complex area = catanh(CMPLX(0xe.cef61659f933p+57, -0xf.f2458691c2918p+56));
+    CHECK(fabs(creal(area) - 0x1.acde9b339f6e7p-62) <= 0x1p-114);
+    double complex angle = catan(CMPLX(-0xe.580536460c55p+61, 0x8.e54346842eb68p+61));
+    CHECK(fabs(cimag(angle) - 0x1.ff9b7283eff8bp-67) <= 0x1p-119);
+}
+
 static void check_value(double complex got, double real, double imaginary, const char *what)
 {
     check_label = what;
@@ -167,6 +176,7 @@ static void test_product_and_quotient(void)
 int main(void)
 {
     test_special();
+    test_huge_inverse_tangents();
     test_power_and_parts();
     test_product_and_quotient();
     return check_done();
