@@ -29,7 +29,7 @@ if [ "${VEXRT_SWEEP:-}" = full ]; then
     trap 'rm -rf "${other%/*}"' EXIT
     mkdir "$other"
     tar -C "$root" --exclude=./build --exclude=./.git -cf - . | tar -C "$other" -xf -
-    (umask 077 && TZ=Asia/Tokyo make -C "$other" package) >"$other/log" 2>&1 || tail -5 "$other/log"
+    (umask 077 && TZ=Asia/Tokyo make -C "$other" dist) >"$other/log" 2>&1 || tail -5 "$other/log"
     differ=$(diff <(digests "$root") <(digests "$other") || true)
     verdict "$([ -z "$differ" ]; echo $?)" "two builds differ: $differ"
 fi
