@@ -13,7 +13,7 @@ tmux() { command tmux -L "$server" -u -f /dev/null "$@"; }
 trap 'tmux kill-server 2>/dev/null || true; rm -rf "$work"' EXIT
 passed=0 failed=0
 
-# The program runs until the session is killed, since the terminal goes with its last process.
+# The terminal stays until it is taken away: it goes with its last process.
 start() { # PROGRAM ARGUMENT...
     tmux kill-session -t test 2>/dev/null || true
     tmux new-session -d -s test -x 120 -y 20 "'$bin/vexrun' $*; echo status \$?; exec cat"
