@@ -40,6 +40,7 @@ dist: tree $(MANUAL)
 	    tools/package/pack $(VERSION)
 
 examples: tree
+	@tools/setup examples
 	@test -f $(BUILD)/examples/build.ninja || cmake -S examples -B $(BUILD)/examples -G Ninja \
 	    --log-level=WARNING --toolchain $(CURDIR)/$(DIST)/cmake/vexrt-toolchain.cmake
 	@cmake --build $(BUILD)/examples

@@ -1,4 +1,4 @@
-/* Processes, pipes, files by name, the environment, memory streams. */
+/* Processes, files by name, the environment, memory streams. */
 #include "bench.h"
 
 #include <stdlib.h>
@@ -11,31 +11,31 @@
 #define opendir _opendir
 #define readdir _readdir
 #define closedir _closedir
-#define popen _popen
-#define pclose _pclose
 #define status_of(path, to) _stat(path, (struct stat *)(to))
 #else
 #include <dirent.h>
-#define popen _popen
-#define pclose _pclose
 #define status_of(path, to) stat(path, (struct stat *)(to))
 #endif
+#include <direct.h>
+#define make_directory(path) _mkdir(path)
+#define remove_directory(path) _rmdir(path)
 #define NOTHING "exit 0"
 #else
 #include <dirent.h>
 #include <sys/stat.h>
+#include <unistd.h>
+#define make_directory(path) mkdir(path, 0700)
+#define remove_directory(path) rmdir(path)
 #define status_of(path, to) stat(path, (struct stat *)(to))
 #define NOTHING "exit 0"
-FILE *popen(const char *, const char *);
-int pclose(FILE *);
 #endif
 
-enum { ENTRIES = 1000 };
+enum { ENTRIES = 10000 };
 static char status[256];
 
 static void read_directory(void)
 {
-    DIR *dir = opendir(".");
+    DIR *dir = opendir("bench-process");
     int count = 0;
     while (readdir(dir)) ++count;
     closedir(dir);
@@ -44,24 +44,33 @@ static void read_directory(void)
 
 static void open_and_close(void) { fclose(fopen("bench-process-0.tmp", "rb")); }
 
+static void entry_name(char *name, int i) { sprintf(name, "bench-process/%d.tmp", i); }
+
 int main(void)
 {
     char name[40];
-    for (int i = 0; i < ENTRIES; ++i) {
-        sprintf(name, "bench-process-%d.tmp", i);
-        fclose(fopen(name, "wb"));
-    }
-    BENCH("getenv", 1, bench_keep(getenv("PATH")));
-    BENCH("stat", 1, bench_keep(status_of("bench-process-7.tmp", status)));
-    BENCH("fopen and fclose", 1, open_and_close());
-    BENCH("readdir of 1,000, per entry", ENTRIES, read_directory());
     FILE *file = fopen("bench-process-0.tmp", "wb");
     for (int i = 0; i < 100000; ++i) putc(i, file);
     fclose(file);
+    BENCH("getenv", 1, bench_keep(getenv("PATH")));
+    BENCH("stat", 1, bench_keep(status_of("bench-process-0.tmp", status)));
+    BENCH("fopen and fclose", 1, open_and_close());
     file = fopen("bench-process-0.tmp", "rb");
     getc(file);
     BENCH("ftell while reading", 1, bench_keep(ftell(file)));
     fclose(file);
+    remove("bench-process-0.tmp");
+    make_directory("bench-process");
+    for (int i = 0; i < ENTRIES; ++i) {
+        entry_name(name, i);
+        fclose(fopen(name, "wb"));
+    }
+    BENCH("readdir of 10,000, per entry", ENTRIES, read_directory());
+    for (int i = 0; i < ENTRIES; ++i) {
+        entry_name(name, i);
+        remove(name);
+    }
+    remove_directory("bench-process");
 #if defined(__VEXRT__) || !defined(_WIN32)
     char *text;
     size_t size;
@@ -72,10 +81,6 @@ int main(void)
 #else
     BENCH_SKIP("fprintf to a memory stream");
 #endif
-    for (int i = 0; i < ENTRIES; ++i) {
-        sprintf(name, "bench-process-%d.tmp", i);
-        remove(name);
-    }
     BENCH("system of nothing", 1, bench_keep(system(NOTHING)));
     return 0;
 }
