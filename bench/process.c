@@ -1,4 +1,4 @@
-/* Processes, files by name, the environment, memory streams. */
+/* Processes, pipes, files by name, the environment, memory streams. */
 #include "bench.h"
 
 #include <stdlib.h>
@@ -20,6 +20,9 @@
 #define make_directory(path) _mkdir(path)
 #define remove_directory(path) _rmdir(path)
 #define NOTHING "exit 0"
+#define SHOW "type bench-process-large.tmp"
+#define open_pipe(command) _popen(command, "rb")
+#define close_pipe _pclose
 #else
 #include <dirent.h>
 #include <sys/stat.h>
@@ -28,9 +31,14 @@
 #define remove_directory(path) rmdir(path)
 #define status_of(path, to) stat(path, (struct stat *)(to))
 #define NOTHING "exit 0"
+#define SHOW "cat bench-process-large.tmp"
+FILE *popen(const char *, const char *);
+int pclose(FILE *);
+#define open_pipe(command) popen(command, "r")
+#define close_pipe pclose
 #endif
 
-enum { ENTRIES = 10000 };
+enum { ENTRIES = 2000, KIBIBYTES = 64 };
 static char status[256];
 
 static void read_directory(void)
@@ -43,6 +51,16 @@ static void read_directory(void)
 }
 
 static void open_and_close(void) { fclose(fopen("bench-process-0.tmp", "rb")); }
+
+static void read_command(void)
+{
+    static char block[65536];
+    size_t total = 0, count;
+    FILE *pipe = open_pipe(SHOW);
+    while ((count = fread(block, 1, sizeof block, pipe)) != 0) total += count;
+    close_pipe(pipe);
+    bench_keep(total);
+}
 
 static void entry_name(char *name, int i) { sprintf(name, "bench-process/%d.tmp", i); }
 
@@ -65,7 +83,7 @@ int main(void)
         entry_name(name, i);
         fclose(fopen(name, "wb"));
     }
-    BENCH("readdir of 10,000, per entry", ENTRIES, read_directory());
+    BENCH("readdir of 2,000, per entry", ENTRIES, read_directory());
     for (int i = 0; i < ENTRIES; ++i) {
         entry_name(name, i);
         remove(name);
@@ -82,5 +100,10 @@ int main(void)
     BENCH_SKIP("fprintf to a memory stream");
 #endif
     BENCH("system of nothing", 1, bench_keep(system(NOTHING)));
+    file = fopen("bench-process-large.tmp", "wb");
+    for (int i = 0; i < KIBIBYTES << 10; ++i) putc('a' + i % 26, file);
+    fclose(file);
+    BENCH("popen and read 64 KiB, per KiB", KIBIBYTES, read_command());
+    remove("bench-process-large.tmp");
     return 0;
 }
