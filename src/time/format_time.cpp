@@ -50,12 +50,6 @@ constexpr int most_expansions = 5;
 
 constexpr Item text_item(const char *text, size_t length) { return {text, text + length}; }
 
-bool is_lead_byte(char byte) {
-    const LocaleRecord &locale = *thread_record().locale;
-    return !byte_is_character(locale) && locale.code_page &&
-           IsDBCSLeadByteEx(locale.code_page, static_cast<BYTE>(byte));
-}
-
 template <typename Char>
 class TimeWriter {
 public:
@@ -95,17 +89,15 @@ private:
         return at + 1;
     }
 
-    // A narrow character in wide output. What cannot be decoded stands for itself. The decoder says
-    // 1 for both bytes of a character in a double-byte code page.
+    // A narrow character in wide output. What cannot be decoded stands for itself.
     template <typename Narrow>
     const Narrow *literal(const Narrow *at) {
         constexpr size_t no_limit = 0x7FFFFFFF;
         wchar_t wc;
-        int taken = decode_character(&wc, at, no_limit, state_);
+        int taken = take_character(wc, at, no_limit, state_);
         if (taken > 0) {
             put(wc);
-            bool double_byte = taken == 1 && *at < 0 && is_lead_byte(*at);
-            return at + taken + (double_byte && at[1]);
+            return at + taken;
         }
         state_ = {};
         put(static_cast<unsigned char>(*at));
