@@ -9,6 +9,7 @@
 #include "format/decimal_to_binary.h"
 
 #include "format/powers_of_ten.h"
+#include "math/bits.h"
 
 namespace vexrt {
 
@@ -132,11 +133,11 @@ Normalised normalise(const Significand &significand) {
 
 template <typename Float>
 Float decimal_to_binary(const Significand &significand, int power) {
-    using Format = FloatFormat<Float>;
-    using Bits = typename Format::Bits;
+    constexpr int fraction_bits = FloatTraits<Float>::fraction_bits;
+    constexpr int least_exponent = 1 - FloatTraits<Float>::bias; // of a normal number
     if (significand.is_zero() || power < lowest_power_of_ten) return 0;
-    Bits bits = Format::infinity;
-    if (power > highest_power_of_ten) return __builtin_bit_cast(Float, bits);
+    Bits<Float> bits = infinity_bits<Float>;
+    if (power > highest_power_of_ten) return from_bits<Float>(bits);
 
     Normalised number = normalise(significand);
     const PowerOfTen &ten = powers_of_ten_128[power];
@@ -147,10 +148,10 @@ Float decimal_to_binary(const Significand &significand, int power) {
                      number.exponent + floor_log2_of_power(power) + 1};
     int top = 63 - !(bounds.high >> 63);
     int exponent = bounds.exponent + top;
-    int dropped = top - Format::fraction_bits;
-    if (exponent < Format::least_exponent) {
-        dropped += Format::least_exponent - exponent;
-        exponent = Format::least_exponent;
+    int dropped = top - fraction_bits;
+    if (exponent < least_exponent) {
+        dropped += least_exponent - exponent;
+        exponent = least_exponent;
         if (dropped > 64) return 0;
     }
 
@@ -168,11 +169,11 @@ Float decimal_to_binary(const Significand &significand, int power) {
         up = order > 0 || (order == 0 && mantissa & 1);
     }
     // A normal mantissa's top bit counts one into the exponent field.
-    auto field = static_cast<Bits>(exponent - Format::least_exponent);
-    if (field >= (Format::infinity >> Format::fraction_bits) - 1)
-        return __builtin_bit_cast(Float, bits);
-    bits = (field << Format::fraction_bits) + static_cast<Bits>(mantissa) + static_cast<Bits>(up);
-    return __builtin_bit_cast(Float, bits);
+    auto field = static_cast<Bits<Float>>(exponent - least_exponent);
+    if (field >= (infinity_bits<Float> >> fraction_bits) - 1) return from_bits<Float>(bits);
+    bits = (field << fraction_bits) + static_cast<Bits<Float>>(mantissa) +
+           static_cast<Bits<Float>>(up);
+    return from_bits<Float>(bits);
 }
 
 template float decimal_to_binary<float>(const Significand &, int);

@@ -30,24 +30,6 @@ struct Normalised {
 };
 Normalised normalise(const Significand &significand); // not zero
 
-// How the numbers of a type are stored.
-template <typename Float>
-struct FloatFormat;
-template <>
-struct FloatFormat<float> {
-    using Bits = uint32_t;
-    static constexpr int fraction_bits = 23;
-    static constexpr int least_exponent = -126; // of a normal number
-    static constexpr Bits infinity = 0x7F800000;
-};
-template <>
-struct FloatFormat<double> {
-    using Bits = uint64_t;
-    static constexpr int fraction_bits = 52;
-    static constexpr int least_exponent = -1022;
-    static constexpr Bits infinity = 0x7FF0000000000000;
-};
-
 // significand * 10^power, correctly rounded to nearest, ties to even, whatever the rounding mode;
 // 0 and infinity beyond the limits. The significand is at most 10^27.
 template <typename Float>

@@ -4,6 +4,8 @@
 
 #include "format/float_digits.h"
 
+#include "math/scale.h"
+
 namespace vexrt {
 
 namespace {
@@ -17,17 +19,10 @@ struct Fraction {
 };
 
 Fraction split(double value) {
-    constexpr int bias = 1022, mantissa_bits = 52;
-    constexpr uint64_t mantissa_mask = (1ull << mantissa_bits) - 1;
-    uint64_t bits = __builtin_bit_cast(uint64_t, value) & ~(1ull << 63);
-    int exponent = static_cast<int>(bits >> mantissa_bits);
-    if (exponent == 0) { // subnormal: shift the highest bit to where it is implied
-        int shift = __builtin_clzll(bits) - (63 - mantissa_bits);
-        bits <<= shift;
-        exponent = 1 - shift;
-    }
-    bits = (bits & mantissa_mask) | static_cast<uint64_t>(bias) << mantissa_bits;
-    return {__builtin_bit_cast(double, bits), exponent - bias};
+    constexpr int half = FloatTraits<double>::bias - 1; // the exponent field of 0.5
+    auto [significand, exponent] = parts_of(value);
+    uint64_t field = static_cast<uint64_t>(half) << FloatTraits<double>::fraction_bits;
+    return {from_bits<double>(field | (significand & fraction_mask<double>)), exponent - half};
 }
 
 // Calls `use` with the powers whose product is 10^exponent, the smallest first.

@@ -7,6 +7,7 @@
 #include "format/decimal_to_binary.h"
 #include "format/text_to_integer.h"
 #include "locale/locale_record.h"
+#include "math/scale.h"
 
 #include <stdlib.h>
 #include <wchar.h>
@@ -192,27 +193,19 @@ Float evaluate_decimal(const Significand &significand, long long power) {
 // has no room for are cut off, and neither that nor overflow is an error.
 template <typename Float>
 Float evaluate_hexadecimal(const Significand &significand, long long power) {
-    using Format = FloatFormat<Float>;
-    using Bits = typename Format::Bits;
     if (significand.is_zero()) return 0;
+    constexpr int fraction_bits = FloatTraits<Float>::fraction_bits;
     Normalised number = normalise(significand);
-    constexpr int dropped = 63 - Format::fraction_bits;
+    constexpr int dropped = 63 - fraction_bits;
     constexpr uint64_t half = 1ull << (dropped - 1);
     uint64_t mantissa = number.bits >> dropped;
     uint64_t rest = number.bits & (half | (half - 1));
     mantissa += rest > half || (rest == half && (number.inexact || mantissa & 1));
-    int exponent = saturate(power) + number.exponent + 63;
-    if (mantissa >> (Format::fraction_bits + 1)) {
-        mantissa >>= 1;
-        ++exponent;
-    }
-    int field = exponent - Format::least_exponent;
-    Bits bits = Format::infinity;
-    if (field < 0)
-        bits = field < -Format::fraction_bits ? 0 : static_cast<Bits>(mantissa >> -field);
-    else if (field < static_cast<int>(Format::infinity >> Format::fraction_bits) - 1)
-        bits = (static_cast<Bits>(field) << Format::fraction_bits) + static_cast<Bits>(mantissa);
-    return __builtin_bit_cast(Float, bits);
+    // The mantissa as a number from 1 to 2: its leading bit carries into the exponent.
+    auto field = static_cast<Bits<Float>>(FloatTraits<Float>::bias - 1) << fraction_bits;
+    auto result = from_bits<Float>(field + static_cast<Bits<Float>>(mantissa));
+    scale_truncating(result, saturate(power) + number.exponent + 63);
+    return result;
 }
 
 template <typename Float>
