@@ -18,10 +18,7 @@ template <typename Char>
 int check_access(const Char *path, int mode) {
     if (!path || mode & ~every_access) return fail_with(EINVAL);
     DWORD attributes = attributes_of(path);
-    if (attributes == INVALID_FILE_ATTRIBUTES) {
-        map_os_error(GetLastError());
-        return -1;
-    }
+    if (attributes == INVALID_FILE_ATTRIBUTES) return fail_with_last_error();
     bool denied = mode & write_access && attributes & FILE_ATTRIBUTE_READONLY &&
                   !(attributes & FILE_ATTRIBUTE_DIRECTORY);
     return denied ? fail_with(EACCES) : 0;

@@ -69,14 +69,8 @@ VEXRT_FILE_API(char, A);
 VEXRT_FILE_API(wchar_t, W);
 #undef VEXRT_FILE_API
 
-// -1 with errno from the system's last error.
-inline int fail_by_system() {
-    map_os_error(GetLastError());
-    return -1;
-}
-
-// 0, or what fail_by_system() says.
-inline int result_by_system(BOOL done) { return done ? 0 : fail_by_system(); }
+// 0, or what fail_with_last_error() says.
+inline int result_by_system(BOOL done) { return done ? 0 : fail_with_last_error(); }
 
 template <typename Char>
 bool is_slash(Char c) {

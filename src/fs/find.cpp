@@ -24,7 +24,7 @@ intptr_t find_first(const Char *pattern, Data *to) {
     if (!pattern || !to) return fail_with(EINVAL);
     FIND_DATA<Char> data;
     HANDLE search = FileApi<Char>::find_first(pattern, &data);
-    if (search == INVALID_HANDLE_VALUE) return fail_by_system();
+    if (search == INVALID_HANDLE_VALUE) return fail_with_last_error();
     fill(*to, data);
     return reinterpret_cast<intptr_t>(search);
 }
@@ -33,7 +33,8 @@ template <typename Char, typename Data>
 int find_next(intptr_t search, Data *to) {
     if (!to || search == -1) return fail_with(EINVAL);
     FIND_DATA<Char> data;
-    if (!FileApi<Char>::find_next(reinterpret_cast<HANDLE>(search), &data)) return fail_by_system();
+    if (!FileApi<Char>::find_next(reinterpret_cast<HANDLE>(search), &data))
+        return fail_with_last_error();
     fill(*to, data);
     return 0;
 }

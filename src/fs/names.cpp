@@ -26,7 +26,7 @@ template <typename Char>
 int change_mode(const Char *path, int mode) {
     if (!path) return fail_with(EINVAL);
     DWORD attributes = FileApi<Char>::attributes(path);
-    if (attributes == INVALID_FILE_ATTRIBUTES) return fail_by_system();
+    if (attributes == INVALID_FILE_ATTRIBUTES) return fail_with_last_error();
     if (mode & S_IWRITE)
         attributes &= ~static_cast<DWORD>(FILE_ATTRIBUTE_READONLY);
     else
@@ -44,7 +44,8 @@ int make_link(const Char *target, const Char *link) {
     bool directory = attributes != INVALID_FILE_ATTRIBUTES && attributes & FILE_ATTRIBUTE_DIRECTORY;
     if (!FileApi<Char>::create_symbolic_link(link, target, unprivileged | directory)) {
         constexpr DWORD ERROR_PRIVILEGE_NOT_HELD = 1314;
-        return GetLastError() == ERROR_PRIVILEGE_NOT_HELD ? fail_with(EPERM) : fail_by_system();
+        return GetLastError() == ERROR_PRIVILEGE_NOT_HELD ? fail_with(EPERM)
+                                                          : fail_with_last_error();
     }
     return FileApi<Char>::attributes(link) == INVALID_FILE_ATTRIBUTES ? fail_with(ENOSYS) : 0;
 }
@@ -65,7 +66,7 @@ int remove_directory(const Char *path) {
 template <typename Char>
 int change_directory(const Char *path) {
     if (!path) return fail_with(EINVAL);
-    if (!FileApi<Char>::set_current_directory(path)) return fail_by_system();
+    if (!FileApi<Char>::set_current_directory(path)) return fail_with_last_error();
     Char directory[path_capacity];
     DWORD length = FileApi<Char>::current_directory(path_capacity, directory);
     if (length == 0 || length >= path_capacity || !has_drive(directory)) return 0;

@@ -157,7 +157,7 @@ int stat_special(int fd, const Descriptor &descriptor, Stat *to) {
 template <typename Stat>
 int stat_file(const Descriptor &descriptor, Stat *to) {
     BY_HANDLE_FILE_INFORMATION data;
-    if (!GetFileInformationByHandle(descriptor.osfhandle, &data)) return fail_by_system();
+    if (!GetFileInformationByHandle(descriptor.osfhandle, &data)) return fail_with_last_error();
     Status status = {data.attributes, uint64_t{data.size_high} << 32 | data.size_low,
                      calendar_time_of(data.accessed), calendar_time_of(data.written),
                      calendar_time_of(data.created)};

@@ -18,7 +18,7 @@ int set_times(const Char *path, const utimbuf *times) {
         !file_time_of(times ? times->modtime : now, written))
         return fail_with(EINVAL);
     HANDLE file = FileApi<Char>::open_for_attributes(path);
-    if (file == INVALID_HANDLE_VALUE) return fail_by_system();
+    if (file == INVALID_HANDLE_VALUE) return fail_with_last_error();
     int result = result_by_system(SetFileTime(file, nullptr, &accessed, &written));
     CloseHandle(file);
     return result;

@@ -84,11 +84,6 @@ auto with_descriptor(int fd, Worker worker) -> decltype(worker(descriptor_at(0))
     return -1;
 }
 
-inline int fail_with_last_error() {
-    map_os_error(GetLastError());
-    return -1;
-}
-
 // The lowest free descriptor with its lock held, or -1.
 int allocate_descriptor();
 // Makes blocks until descriptor `fd` exists; false when it cannot.
