@@ -70,7 +70,7 @@ intptr_t _wexecvpe(const wchar_t *name, wchar_t *const argv[], wchar_t *const en
 /*
  * Wait for the process with a handle that a spawn returned, and store its exit code in *status (if not
  * null; -1 on failure). _cwait() ignores `action` and closes the handle in every case; _waitpid() does
- * not, and takes 0 or 1 as options. Return the handle; -1 with ECHILD for what is no process handle and
+ * not, and ignores bits 0 and 1 of its options. Return the handle; -1 with ECHILD for what is no process handle and
  * EINVAL for other options.
  */
 intptr_t _cwait(int *status, intptr_t handle, int action);

@@ -136,6 +136,7 @@ void join(HeapText<Char> &to, Char *const *strings, Char separator) {
 }
 
 // The run of entries "=C:=directory" in which the system keeps the current directory of each drive.
+// Entries of other kinds, such as "=::=::\\", may stand before it.
 template <typename Char>
 struct DriveEntries {
     Char *block;
@@ -143,7 +144,7 @@ struct DriveEntries {
 
     DriveEntries() : block(System<Char>::environment()), begin(block), end(block) {
         if (!block) return;
-        while (*begin && *begin != '=') begin += System<Char>::length(begin) + 1;
+        while (*begin && !is_drive_entry(begin)) begin += System<Char>::length(begin) + 1;
         for (end = begin; is_drive_entry(end);) end += System<Char>::length(end) + 1;
     }
     ~DriveEntries() {

@@ -9,6 +9,9 @@ namespace vexrt {
 
 namespace {
 
+// The two of POSIX, neither of which has an effect.
+constexpr int wait_options = 3;
+
 bool is_pseudo_handle(intptr_t handle) { return handle == -1 || handle == -2; }
 
 // The status is -1 on failure.
@@ -45,7 +48,7 @@ extern "C" intptr_t _cwait(int *status, intptr_t handle, int) {
 }
 
 extern "C" intptr_t _waitpid(intptr_t handle, int *status, int options) {
-    if (options & ~1) return fail_with(EINVAL);
+    if (options & ~wait_options) return fail_with(EINVAL);
     return is_pseudo_handle(handle) ? fail_with(ECHILD) : wait_for(status, handle);
 }
 

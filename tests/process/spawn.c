@@ -12,6 +12,7 @@ __declspec(dllimport) int __stdcall DeleteFileA(const char *path);
 __declspec(dllimport) int __stdcall CopyFileA(const char *from, const char *to, int fail);
 __declspec(dllimport) int __stdcall CreateDirectoryA(const char *path, void *security);
 __declspec(dllimport) int __stdcall RemoveDirectoryA(const char *path);
+__declspec(dllimport) int __stdcall SetEnvironmentVariableA(const char *name, const char *value);
 
 /* Runs a call with standard output in a file and gives what was written. */
 static int saved_output;
@@ -82,6 +83,11 @@ static void test_members(void)
     CHECK_OUTPUT(_wspawnlp(_P_WAIT, L"child", L"x", L"exit", L"5", NULL), 5, "");
     CHECK_OUTPUT(_wspawnle(_P_WAIT, L"child", L"x", L"variable", L"SPAWNED", NULL, wide_environment), 0, "wide");
     CHECK_OUTPUT(_wspawnlpe(_P_WAIT, L"child", L"x", L"variable", L"SPAWNED", NULL, wide_environment), 0, "wide");
+    /* the directories of the drives, wherever in the system's block they stand */
+    CHECK(SetEnvironmentVariableA("=::", "::\\") && SetEnvironmentVariableA("=Q:", "Q:\\here"));
+    CHECK_OUTPUT(_spawnle(_P_WAIT, "child", "x", "drive", "=Q:", NULL, environment), 0, "Q:\\here");
+    CHECK_OUTPUT(_wspawnle(_P_WAIT, L"child", L"x", L"drive", L"=Q:", NULL, wide_environment), 0, "Q:\\here");
+    CHECK(SetEnvironmentVariableA("=::", NULL) && SetEnvironmentVariableA("=Q:", NULL));
     CHECK_OUTPUT(_spawnl(_P_WAIT, "child", "x", "exit", "-3", NULL), -3, "");
     CHECK_OUTPUT(_spawnl(_P_DETACH, "child", "x", "exit", "3", NULL), 0, "");
     free(path);
@@ -148,7 +154,8 @@ static void test_waiting(void)
     CHECK(child != -1);
     CHECK_INT(_waitpid(child, &status, 0), child);
     CHECK_INT(status, 17);
-    CHECK_ERRNO(_waitpid(child, &status, 2), -1, EINVAL);
+    CHECK_INT(_waitpid(child, NULL, 3), child);
+    CHECK_ERRNO(_waitpid(child, &status, 4), -1, EINVAL);
     CHECK_INT(_cwait(NULL, child, 99), child);
     CHECK_ERRNO(_cwait(&status, child, 0), -1, ECHILD); /* closed by the first */
     CHECK_INT(status, -1);
