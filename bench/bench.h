@@ -10,7 +10,7 @@
  *
  * `BENCH(name, units, statement)` prints `name<TAB>nanoseconds per unit`, where one run of the
  * statement does `units` units of work. The statement is repeated until a round takes 20 ms; of
- * several rounds the best counts. `bench_keep(value)` makes a value (an integer, a pointer or a
+ * several rounds (BENCH_ROUNDS) the best counts. `bench_keep(value)` makes a value (an integer, a pointer or a
  * floating-point number) look used. `BENCH_SKIP(name)` prints a row for what a library does not have.
  *
  * bench/run compiles with -fno-builtin: calls are calls.
@@ -44,7 +44,9 @@ static double bench_now(void)
 #endif
 
 #define BENCH_ROUND_NS 20e6
+#ifndef BENCH_ROUNDS
 #define BENCH_ROUNDS 5
+#endif
 
 #define bench_keep(value)                                                                          \
     do {                                                                                           \
