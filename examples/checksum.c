@@ -1,7 +1,6 @@
 /*
  * checksum: CRC-32 and size of files. Mixes the platform's <windows.h>, for mapping files into memory, with
  * this library's headers.
- * options: --target=i686-w64-windows-gnu
  *
  *   checksum FILE...
  */

@@ -23,6 +23,25 @@
 #define O_U16TEXT 0x20000    /* UTF-16LE text */
 #define O_U8TEXT 0x40000     /* UTF-8 text */
 
+/* As many programs for Windows spell them. */
+#define _O_RDONLY O_RDONLY
+#define _O_WRONLY O_WRONLY
+#define _O_RDWR O_RDWR
+#define _O_APPEND O_APPEND
+#define _O_RANDOM O_RANDOM
+#define _O_SEQUENTIAL O_SEQUENTIAL
+#define _O_TEMPORARY O_TEMPORARY
+#define _O_NOINHERIT O_NOINHERIT
+#define _O_CREAT O_CREAT
+#define _O_TRUNC O_TRUNC
+#define _O_EXCL O_EXCL
+#define _O_SHORT_LIVED O_SHORT_LIVED
+#define _O_TEXT O_TEXT
+#define _O_BINARY O_BINARY
+#define _O_WTEXT O_WTEXT
+#define _O_U16TEXT O_U16TEXT
+#define _O_U8TEXT O_U8TEXT
+
 _VEXRT_BEGIN
 
 #ifdef _VEXRT_POSIX

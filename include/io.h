@@ -11,6 +11,9 @@
 
 #include <_timespec.h>
 #include <_vexrt.h>
+#ifdef _VEXRT_POSIX
+#include <unistd.h> /* programs for Windows take read() and its like from here */
+#endif
 
 #ifndef SEEK_SET
 #define SEEK_SET 0
@@ -127,6 +130,11 @@ int _eof(int fd);
 /* The length of the file in bytes. */
 long _filelength(int fd);
 long long _filelength64(int fd);
+
+/* As many programs for Windows spell them. */
+#define _lseeki64 _lseek64
+#define _telli64 _tell64
+#define _filelengthi64 _filelength64
 
 /* Sets the length of the file, cutting it or adding zeros. Returns 0; the position stays. EACCES:
    the file cannot be cut. */

@@ -7,4 +7,10 @@
 #define SH_DENYRD 0x30 /* others may write */
 #define SH_DENYNO 0x40 /* others may read and write */
 
+/* As many programs for Windows spell them. */
+#define _SH_DENYRW SH_DENYRW
+#define _SH_DENYWR SH_DENYWR
+#define _SH_DENYRD SH_DENYRD
+#define _SH_DENYNO SH_DENYNO
+
 #endif

@@ -273,6 +273,10 @@ long ftell(FILE *stream);
 off_t _ftello(FILE *stream);
 long long _ftell64(FILE *stream);
 
+/* As many programs for Windows spell them. */
+#define _fseeki64 _fseek64
+#define _ftelli64 _ftell64
+
 /* Save and restore the position and the conversion state. Return 0, or -1 with errno EFPOS. */
 int fgetpos(FILE *_VEXRT_RESTRICT stream, fpos_t *_VEXRT_RESTRICT pos);
 int fsetpos(FILE *stream, const fpos_t *pos);

@@ -29,6 +29,16 @@
 #define S_IXOTH (S_IXUSR >> 6)
 #define S_IRWXO (S_IRWXU >> 6)
 
+/* As many programs for Windows spell them. */
+#define _S_IFMT S_IFMT
+#define _S_IFIFO S_IFIFO
+#define _S_IFCHR S_IFCHR
+#define _S_IFDIR S_IFDIR
+#define _S_IFREG S_IFREG
+#define _S_IREAD S_IREAD
+#define _S_IWRITE S_IWRITE
+#define _S_IEXEC S_IEXEC
+
 #define S_ISDIR(mode) (((mode) & S_IFMT) == S_IFDIR)
 #define S_ISREG(mode) (((mode) & S_IFMT) == S_IFREG)
 #define S_ISCHR(mode) (((mode) & S_IFMT) == S_IFCHR)

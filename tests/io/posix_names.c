@@ -1,8 +1,9 @@
-/* The POSIX spellings reach the same functions. */
+/* The POSIX spellings, and those that are customary on Windows, reach the same functions. */
 #include "check.h"
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <io.h>
 #include <regex.h>
 #include <search.h>
 #include <stdlib.h>
@@ -27,7 +28,13 @@ int main(void)
     CHECK(map != MAP_FAILED && map[4] == 'o' && munmap(map, 5) == 0);
     CHECK_INT(close(fd), 0);
     CHECK_ERRNO(close(fd), -1, EBADF);
+    fd = _open(name, _O_RDONLY | _O_BINARY);
+    CHECK_INT(_lseeki64(fd, -1, SEEK_END), 4);
+    CHECK(_telli64(fd) == 4 && _filelengthi64(fd) == 5);
+    FILE *stream = fdopen(fd, "rb");
+    CHECK(_fseeki64(stream, 2, SEEK_SET) == 0 && _ftelli64(stream) == 2 && fclose(stream) == 0);
     CHECK_INT(stat(name, &status), 0);
+    CHECK_INT(status.st_mode & _S_IFMT, _S_IFREG);
     CHECK(S_ISREG(status.st_mode) && status.st_size == 5);
     CHECK_INT(access(name, R_OK | W_OK), 0);
     CHECK_INT(mkdir("io-posix", 0700), 0);

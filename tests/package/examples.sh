@@ -27,7 +27,7 @@ build() { # COMPILER SOURCE: with the flags that its first comment asks for
     local options
     options=$(sed -n 's/^ \* options: //p' "$2")
     # shellcheck disable=SC2086
-    "$bin/vexcc" --compiler=$1 -O2 $options "$2" -lkernel32 -o "$(basename "${2%.*}").exe"
+    "$bin/vexcc" --compiler=$1 -O2 $options "$2" -o "$(basename "${2%.*}").exe"
 }
 
 for compiler in clang gcc; do
