@@ -184,6 +184,9 @@ int _isatty(int fd);
  * Returns the mode it had. EINVAL: any other mode.
  */
 int _setmode(int fd, int mode);
+#ifdef _VEXRT_POSIX
+int setmode(int fd, int mode); /* as it is customary on Windows */
+#endif
 
 /* Has the system write the file's data to the disk. Returns 0. */
 int _commit(int fd);

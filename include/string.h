@@ -165,8 +165,10 @@ errno_t strerror_s(char *s, rsize_t maxsize, errno_t errnum);
 size_t strerrorlen_s(errno_t errnum);
 
 #ifdef _VEXRT_POSIX
-/* The POSIX spelling. */
+/* The POSIX spelling, and those that are customary on Windows. */
 void *memccpy(void *_VEXRT_RESTRICT s1, const void *_VEXRT_RESTRICT s2, int c, size_t n);
+int stricmp(const char *s1, const char *s2);
+int strnicmp(const char *s1, const char *s2, size_t n);
 #endif
 
 _VEXRT_END

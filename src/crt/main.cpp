@@ -1,6 +1,6 @@
 // The entry point of programs with main().
 
-#include "crt/startup.h"
+#include "crt/variables.h"
 
 extern "C" int main(int, char **, char **);
 
@@ -8,5 +8,5 @@ extern "C" [[noreturn]] void mainCRTStartup(void) {
     int count;
     char **arguments;
     __concmdln(&count, &arguments);
-    run_program([&] { return main(count, arguments, reinterpret_cast<char **>(no_variables)); });
+    run_program([&] { return main(count, arguments, vexrt::variables<char>()); });
 }

@@ -29,9 +29,6 @@ inline void run_constructors_and_destructors() {
     __vexcrt_construct();
 }
 
-// main() may take a third argument; there are no variables behind this one.
-inline char *no_variables[1];
-
 // Calls the program's main function, in whatever form `run` does, and exits with its result. The
 // processor's exceptions become signals; one that nobody handles ends the process.
 template <typename Run>

@@ -1,6 +1,6 @@
 // The entry point of programs with wmain().
 
-#include "crt/startup.h"
+#include "crt/variables.h"
 
 extern "C" int wmain(int, wchar_t **, wchar_t **);
 
@@ -8,6 +8,5 @@ extern "C" [[noreturn]] void wmainCRTStartup(void) {
     int count;
     wchar_t **arguments;
     __wconcmdln(&count, &arguments);
-    run_program(
-        [&] { return wmain(count, arguments, reinterpret_cast<wchar_t **>(no_variables)); });
+    run_program([&] { return wmain(count, arguments, vexrt::variables<wchar_t>()); });
 }

@@ -53,6 +53,8 @@ int main(void)
     CHECK(hcreate(1) && hsearch(item, ENTER) && hsearch(item, FIND)->key == text);
     hdestroy();
     CHECK_INT(strcasecmp("PoSiX", "posix"), 0);
+    CHECK(stricmp("PoSiX", "posix") == 0 && strnicmp("PoST", "posix", 3) == 0);
+    CHECK_INT(setmode(STDOUT_FILENO, 0), O_TEXT);
     CHECK_INT(fileno(stdout), STDOUT_FILENO);
     CHECK_INT(putenv("POSIXLY=1"), 0);
     CHECK_STR(getenv("POSIXLY"), "1");

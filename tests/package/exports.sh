@@ -78,7 +78,7 @@ check missing "declared, but listed under no header"
 
 # The POSIX spellings: names for exports, declared by default and by no header of a strict program.
 sed -n 's/^ *\([a-z0-9]*\)==\(.*\)$/\1\t\2/p' "$root/src/posix.def" | sort >spellings
-cut -f 2 spellings | sort | comm -23 - <(cut -f 1 listed) >missing
+cut -f 2 spellings | sort -u | comm -23 - <(cut -f 1 listed) >missing
 check missing "behind a POSIX spelling, but not exported"
 cut -f 1 spellings | sed 's/$/\tfunction/' >posix
 comm -23 posix declared >missing
