@@ -2,6 +2,8 @@
 // vexrt.dll exports and kernel32.
 #pragma once
 
+#include <stdlib.h>
+
 extern "C" {
 
 struct _EXCEPTION_POINTERS;
@@ -11,9 +13,6 @@ int __wconcmdln(int *count, wchar_t ***vector);
 char *__wincmdln(void);
 wchar_t *__wwincmdln(void);
 int __xcptfilter(unsigned long exception, _EXCEPTION_POINTERS *pointers);
-[[noreturn]] void exit(int status);
-[[noreturn]] void __crt_abort(int code);
-int atexit(void (*handler)(void));
 
 // Runs the program's constructors, once; its destructors are left with atexit.
 void __vexcrt_construct(void);

@@ -4,8 +4,6 @@
 #include "crt/startup.h"
 #include "platform/kernel32.h"
 
-#include <stdlib.h>
-
 namespace vexrt {
 
 inline char *environment_block(char) { return GetEnvironmentStrings(); }
