@@ -196,7 +196,8 @@ int mbsinit(const mbstate_t *ps);
 /*
  * Decodes the character at `s` of at most `n` bytes into *pwc. Returns the bytes taken (1 in a
  * double-byte code page, even of two), 0 for the terminator, (size_t)-2 when the bytes end inside the
- * character, (size_t)-1 with EILSEQ when they are invalid. `pwc` may be null; a null `s` stands for "".
+ * character, (size_t)-1 with EILSEQ when they are invalid. `pwc` may be null; a null `s` stands for "",
+ * and for mbrlen() resets the state.
  */
 size_t mbrtowc(wchar_t *_VEXRT_RESTRICT pwc, const char *_VEXRT_RESTRICT s, size_t n,
                mbstate_t *_VEXRT_RESTRICT ps);

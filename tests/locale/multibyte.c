@@ -78,6 +78,8 @@ static void test_edges(void)
     CHECK_ERRNO((long)mbrtowc(&wc, "a", 1, &state), -1, EILSEQ);
     CHECK_ERRNO((long)wcrtomb((char[4]){0}, L'a', &state), -1, EILSEQ);
     CHECK_INT(state.__state, 1);
+    CHECK_INT(mbrlen(NULL, 0, &state), 0); /* resets it */
+    CHECK(mbsinit(&state));
     state.__state = 0xFFFF;
     CHECK_ERRNO((long)mbrtowc(&wc, "a", 1, &state), -1, EILSEQ);
 }
