@@ -222,7 +222,8 @@ int wctob(wint_t c);
  * Convert the string at *src: at most `len` characters (bytes; no character is cut). Return the number
  * without the terminator, or (size_t)-1 with EILSEQ. *src is then null when the terminator was
  * converted, else behind the last character that was. A null `dst` counts the whole string, and *src
- * stays.
+ * stays. In a double-byte code page mbsrtowcs() goes on at the second byte of a character, as the result
+ * of mbrtowc() says; formatted and stream input read whole characters there.
  */
 size_t mbsrtowcs(wchar_t *_VEXRT_RESTRICT dst, const char **_VEXRT_RESTRICT src, size_t len,
                  mbstate_t *_VEXRT_RESTRICT ps);

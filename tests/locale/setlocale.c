@@ -105,6 +105,8 @@ static void test_effects(void)
     CHECK_STR(text, "a~~~");
     CHECK_WSTR(from, L"\x3042z");
     CHECK_INT(wcsrtombs(NULL, &from, 0, NULL), 3);
+    CHECK_INT(mbstowcs(wides, "\x82\xB1z", 8), 3); /* goes on at the second byte */
+    CHECK_WSTR(wides, L"\x3053\xFF71z");
     setlocale(LC_ALL, "C");
     CHECK_INT(toupper(0xE4), 0xE4);
 }
