@@ -57,7 +57,7 @@ errno_t wctomb_s(int *_VEXRT_RESTRICT status, char *_VEXRT_RESTRICT s, rsize_t s
 /*
  * Converts a string to at most `n` wide characters, the terminator among them if there is room for
  * it. Returns their number without the terminator, or -1 with EILSEQ. A null `pwcs` counts; differs
- * from ISO C in that this, too, stops at `n`.
+ * from ISO C in that this, too, stops at `n`. In a double-byte code page see mbsrtowcs().
  */
 size_t mbstowcs(wchar_t *_VEXRT_RESTRICT pwcs, const char *_VEXRT_RESTRICT s, size_t n);
 
@@ -281,8 +281,7 @@ double _wtof(const wchar_t *nptr);
 /*
  * Write a value in base `radix` (2 to 36), digits in lower case, terminated; `buffer` holds up to
  * 33 characters (long long: 65). Base 10 alone has a sign; in any other a negative value is written
- * as its unsigned pattern. Return `buffer`. EINVAL: an
- * invalid radix, and the text is empty.
+ * as its unsigned pattern. Return `buffer`. EINVAL: an invalid radix, and the text is empty.
  */
 char *_itoa(int value, char *buffer, int radix);
 char *_ltoa(long value, char *buffer, int radix);

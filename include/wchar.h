@@ -196,7 +196,8 @@ int mbsinit(const mbstate_t *ps);
 /*
  * Decodes the character at `s` of at most `n` bytes into *pwc. Returns the bytes taken (1 in a
  * double-byte code page, even of two), 0 for the terminator, (size_t)-2 when the bytes end inside the
- * character, (size_t)-1 with EILSEQ when they are invalid. `pwc` may be null; a null `s` stands for "".
+ * character, (size_t)-1 with EILSEQ when they are invalid. `pwc` may be null; a null `s` stands for "",
+ * and for mbrlen() resets the state.
  */
 size_t mbrtowc(wchar_t *_VEXRT_RESTRICT pwc, const char *_VEXRT_RESTRICT s, size_t n,
                mbstate_t *_VEXRT_RESTRICT ps);
@@ -221,7 +222,8 @@ int wctob(wint_t c);
  * Convert the string at *src: at most `len` characters (bytes; no character is cut). Return the number
  * without the terminator, or (size_t)-1 with EILSEQ. *src is then null when the terminator was
  * converted, else behind the last character that was. A null `dst` counts the whole string, and *src
- * stays.
+ * stays. In a double-byte code page mbsrtowcs() goes on at the second byte of a character, as the result
+ * of mbrtowc() says; formatted and stream input read whole characters there.
  */
 size_t mbsrtowcs(wchar_t *_VEXRT_RESTRICT dst, const char **_VEXRT_RESTRICT src, size_t len,
                  mbstate_t *_VEXRT_RESTRICT ps);

@@ -5,6 +5,7 @@
 
 #include "core/thread_record.h"
 #include "format/decimal_to_binary.h"
+#include "format/directive.h"
 #include "format/text_to_integer.h"
 #include "locale/locale_record.h"
 #include "math/scale.h"
@@ -111,7 +112,7 @@ public:
         collect_digits(at);
         if (room == 0) drop_integer_digits(at);
         bool seen = at != start;
-        if (static_cast<unsigned>(*at) == decimal_point()) {
+        if (code_of(*at) == decimal_point()) {
             const Char *fraction = ++at;
             collect_fraction(at);
             seen |= at != fraction;

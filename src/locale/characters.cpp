@@ -62,7 +62,8 @@ extern "C" {
 int mbsinit(const mbstate_t *state) { return !state || state->__state == 0; }
 
 size_t mbrlen(const char *s, size_t n, mbstate_t *state) {
-    return decode_restartable(nullptr, s, n, state, StateOf::mbrlen);
+    state = state_or_own(state, StateOf::mbrlen);
+    return state ? static_cast<size_t>(decode_character(nullptr, s, n, *state)) : failed;
 }
 
 size_t mbrtowc(wchar_t *to, const char *s, size_t n, mbstate_t *state) {
@@ -76,6 +77,7 @@ size_t mbrtoc16(char16_t *to, const char *s, size_t n, mbstate_t *state) {
 // Both halves of a surrogate pair are taken in one call.
 size_t mbrtoc32(char32_t *to, const char *s, size_t n, mbstate_t *given) {
     mbstate_t *state = state_or_own(given, StateOf::mbrtoc32);
+    if (!state) return failed;
     wchar_t high = 0, low = 0;
     size_t taken = decode_restartable(&high, s, n, state, StateOf::mbrtoc32);
     if (static_cast<int>(taken) < 0 || !s) return taken;

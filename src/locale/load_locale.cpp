@@ -42,15 +42,16 @@ bool have_search_slot() {
     return true;
 }
 
-// The code page of a locale that has one; some are for Unicode alone.
-DWORD ansi_code_page(LCID lcid) {
-    DWORD code_page;
-    bool known = GetLocaleInfoA(lcid, LOCALE_IDEFAULTANSICODEPAGE | LOCALE_RETURN_NUMBER,
-                                reinterpret_cast<char *>(&code_page), sizeof code_page);
-    return known ? code_page : 0;
+// A number of the system's locale data; -1 when it is not known.
+int query_number(LCID lcid, LCTYPE type) {
+    DWORD value;
+    bool known = GetLocaleInfoA(lcid, type | LOCALE_RETURN_NUMBER, reinterpret_cast<char *>(&value),
+                                sizeof value);
+    return known ? static_cast<int>(value) : -1;
 }
 
-// A country's first locale counts, of those that narrow text can be written in.
+// A country's first locale counts. Some are for Unicode alone and have no ANSI code page: they
+// stand back behind a later one that narrow text can be written in.
 BOOL __stdcall compare_country(char *identifier) {
     auto &search = *static_cast<LocaleSearch *>(TlsGetValue(static_cast<DWORD>(search_slot)));
     char *end;
@@ -58,11 +59,11 @@ BOOL __stdcall compare_country(char *identifier) {
     char country[8];
     if (end == identifier || *end ||
         !GetLocaleInfoA(lcid, LOCALE_SISO3166CTRYNAME, country, sizeof country) ||
-        strlen(country) != search.length || _strnicmp(country, search.name, search.length) != 0 ||
-        !ansi_code_page(lcid))
+        strlen(country) != search.length || _strnicmp(country, search.name, search.length) != 0)
         return true;
-    search.found = lcid;
-    return false;
+    bool unicode_only = query_number(lcid, LOCALE_IDEFAULTANSICODEPAGE) == 0;
+    if (!unicode_only || !search.found) search.found = lcid;
+    return unicode_only;
 }
 
 LCID find_identifier(const char *name, size_t length) {
@@ -75,6 +76,21 @@ LCID find_identifier(const char *name, size_t length) {
 
 // ---- the pieces of a record ----
 
+// All bytes in order, as the system is asked about them. One that begins a character of two bytes
+// would take the next one with it; a NUL stands in its place.
+class SingleBytes {
+public:
+    explicit SingleBytes(UINT code_page) {
+        for (int c = 0; c < 256; ++c) {
+            bool leads = IsDBCSLeadByteEx(code_page, static_cast<BYTE>(c));
+            of[c] = static_cast<char>(leads ? 0 : c);
+        }
+    }
+    bool contains(int c) const { return c == 0 || of[c] != 0; }
+
+    char of[256];
+};
+
 class Loader {
 public:
     explicit Loader(LoadedLocale &locale) : locale_(locale), lcid_(locale.lcid) {}
@@ -85,19 +101,13 @@ public:
 
 private:
     bool load_characters();
-    bool load_classes();
-    bool load_case(DWORD mapping, ByteTable<short> &table) const;
+    bool load_classes(const SingleBytes &bytes);
+    bool load_case(const SingleBytes &bytes, DWORD mapping, ByteTable<short> &table) const;
     bool load_collation();
     bool load_conventions();
     bool load_time();
     bool load_formats();
 
-    int number(LCTYPE type) const { // -1: unknown
-        DWORD value;
-        bool known = GetLocaleInfoA(lcid_, type | LOCALE_RETURN_NUMBER,
-                                    reinterpret_cast<char *>(&value), sizeof value);
-        return known ? static_cast<int>(value) : -1;
-    }
     bool query(LCTYPE type, char *to, int size) const {
         return GetLocaleInfoA(lcid_, type, to, size) > 0;
     }
@@ -113,14 +123,6 @@ private:
     LCID lcid_;
 };
 
-struct BytesOfAll {
-    char of[256];
-    constexpr BytesOfAll() : of{} {
-        for (int c = 0; c < 256; ++c) of[c] = static_cast<char>(c);
-    }
-};
-constexpr BytesOfAll all_bytes;
-
 unsigned class_of(WORD type) {
     unsigned result = 0;
     if (type & C1_UPPER) result |= class_upper;
@@ -133,12 +135,13 @@ unsigned class_of(WORD type) {
     return result;
 }
 
-bool Loader::load_classes() {
+bool Loader::load_classes(const SingleBytes &bytes) {
     WORD types[256];
-    if (!GetStringTypeExA(lcid_, CT_CTYPE1, all_bytes.of, 256, types)) return false;
+    if (!GetStringTypeExA(lcid_, CT_CTYPE1, bytes.of, 256, types)) return false;
     unsigned short *entries = locale_.class_table.entries + 1;
     entries[-1] = 0;
-    for (int c = 0; c < 256; ++c) entries[c] = static_cast<unsigned short>(class_of(types[c]));
+    for (int c = 0; c < 256; ++c)
+        entries[c] = static_cast<unsigned short>(bytes.contains(c) ? class_of(types[c]) : 0);
     entries['\t'] |= class_tab | class_space;
     for (int c = '\n'; c <= '\r'; ++c) entries[c] |= class_space;
     entries[' '] = class_blank;
@@ -146,11 +149,13 @@ bool Loader::load_classes() {
     return true;
 }
 
-bool Loader::load_case(DWORD mapping, ByteTable<short> &table) const {
+bool Loader::load_case(const SingleBytes &bytes, DWORD mapping, ByteTable<short> &table) const {
     char mapped[256];
-    if (!LCMapStringA(lcid_, mapping, all_bytes.of, 256, mapped, 256)) return false;
+    if (LCMapStringA(lcid_, mapping, bytes.of, 256, mapped, 256) != 256) return false;
     table.entries[0] = -1;
-    for (int c = 0; c < 256; ++c) table.entries[c + 1] = static_cast<unsigned char>(mapped[c]);
+    for (int c = 0; c < 256; ++c)
+        table.entries[c + 1] =
+            bytes.contains(c) ? static_cast<unsigned char>(mapped[c]) : static_cast<short>(c);
     return true;
 }
 
@@ -158,10 +163,13 @@ bool Loader::load_case(DWORD mapping, ByteTable<short> &table) const {
 StateTable by_system() { return reinterpret_cast<StateTable>(uintptr_t{1}); }
 
 bool Loader::load_characters() {
-    if (!load_classes() || !load_case(LCMAP_LOWERCASE, locale_.lower_table) ||
-        !load_case(LCMAP_UPPERCASE, locale_.upper_table))
+    int code_page = query_number(lcid_, LOCALE_IDEFAULTANSICODEPAGE);
+    if (code_page < 0) return false;
+    locale_.code_page = static_cast<unsigned>(code_page);
+    const SingleBytes bytes(locale_.code_page);
+    if (!load_classes(bytes) || !load_case(bytes, LCMAP_LOWERCASE, locale_.lower_table) ||
+        !load_case(bytes, LCMAP_UPPERCASE, locale_.upper_table))
         return false;
-    locale_.code_page = ansi_code_page(lcid_);
     locale_.lower_case = locale_.lower_table.zero();
     locale_.upper_case = locale_.upper_table.zero();
     locale_.decode[0] = locale_.encode[0] = by_system();
@@ -188,8 +196,8 @@ bool Loader::load_collation() {
     auto *keys = static_cast<SortKey *>(heap_allocate(256 * sizeof(SortKey)));
     if (!keys) return false;
     for (int c = 0; c < 256; ++c) {
-        char key[64];
-        int size = LCMapStringA(lcid_, LCMAP_SORTKEY, &all_bytes.of[c], 1, key, sizeof key);
+        char key[64], byte = static_cast<char>(c);
+        int size = LCMapStringA(lcid_, LCMAP_SORTKEY, &byte, 1, key, sizeof key);
         auto *end = size > 0
                         ? static_cast<const char *>(memchr(key, 1, static_cast<unsigned>(size)))
                         : nullptr;
@@ -285,7 +293,7 @@ bool Loader::load_conventions() {
     for (const StringField &field : string_fields)
         if (!string(field.type, to.*field.member)) return false;
     for (const NumberField &field : number_fields) {
-        int value = number(field.type);
+        int value = query_number(lcid_, field.type);
         to.*field.member = static_cast<char>(value < 0 ? CHAR_MAX : value);
     }
     return string(LOCALE_SINTLSYMBOL, to.int_curr_symbol, " ") &&
@@ -313,6 +321,12 @@ bool Loader::list(const LCTYPE *types, unsigned count, const char *&to) {
     return true;
 }
 
+// In front of what else the buffer can hold, a terminator at least.
+char *put(char c, char *to, const char *end) {
+    if (end - to > 1) *to++ = c;
+    return to;
+}
+
 // Date and time, date, time; there is no twelve-hour format.
 bool Loader::load_formats() {
     constexpr int picture_size = 80;
@@ -322,14 +336,10 @@ bool Loader::load_formats() {
         !query(LOCALE_STIMEFORMAT, time, picture_size))
         return false;
     char *at = formats;
-    *at++ = separator;
-    at = convert_date_picture(date, at, end);
-    *at++ = ' ';
-    at = convert_time_picture(time, at, end);
-    *at++ = separator;
-    at = convert_date_picture(date, at, end);
-    *at++ = separator;
-    convert_time_picture(time, at, end);
+    at = convert_date_picture(date, put(separator, at, end), end);
+    at = convert_time_picture(time, put(' ', at, end), end);
+    at = convert_date_picture(date, put(separator, at, end), end);
+    convert_time_picture(time, put(separator, at, end), end);
     char *kept;
     if (!keep(formats, kept)) return false;
     for (const char *&format : locale_.formats) format = kept;

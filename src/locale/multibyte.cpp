@@ -219,12 +219,13 @@ constexpr StateEntries c_state_table = each_byte_is_a_character();
 int decode_by_mode(wchar_t *to, const char *s, size_t n, mbstate_t &state) {
     const LocaleRecord &locale = *thread_record().locale;
     auto *bytes = reinterpret_cast<const unsigned char *>(s);
-    if (state.__flags & raw_two_bytes) return decode_raw(to, bytes, n);
+    const bool raw = state.__flags & raw_two_bytes;
     uintptr_t mode = mode_word(locale);
     if (!s) {
-        state = {};
-        return mode > mode_code_page ? locale.decode[0][0] & entry_next : 0;
+        state = {0, state.__flags, 0};
+        return !raw && mode > mode_code_page ? locale.decode[0][0] & entry_next : 0;
     }
+    if (raw) return decode_raw(to, bytes, n);
     switch (mode) {
     case mode_utf8: return decode_utf8(to, bytes, n, state);
     case mode_code_page: return decode_code_page(to, s, n, locale.code_page);

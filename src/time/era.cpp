@@ -49,7 +49,10 @@ Item take_field(Item &entry) {
     return field;
 }
 
-bool is_open(const Item &end) { return end.end - end.begin == 2 && end.begin[1] == '*'; }
+// The direction and a star stand for a date beyond all others.
+bool is_open(const Item &end, char direction) {
+    return end.end - end.begin == 2 && end.begin[0] == direction && end.begin[1] == '*';
+}
 
 // The entry as an era if it holds on `date`.
 Era match(Item entry, const Date &date) {
@@ -61,7 +64,8 @@ Era match(Item entry, const Date &date) {
     bool backward = !direction.empty() && *direction.begin == '-';
     Date start = parse_date(start_text);
     bool begun = backward ? date <= start : start <= date;
-    bool over = !is_open(end) && !(backward ? parse_date(end) <= date : date <= parse_date(end));
+    bool over = !is_open(end, backward ? '-' : '+') &&
+                !(backward ? parse_date(end) <= date : date <= parse_date(end));
     if (start_text.empty() || !begun || over) return {};
     long long years = backward ? start.year - date.year : date.year - start.year;
     return {true, years + take_integer(offset), name, format};

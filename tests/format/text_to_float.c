@@ -1,6 +1,7 @@
 /* strtod and its relatives: what is a number, what is kept of it, limits, narrow and wide. */
 #include "check.h"
 #include "guard.h"
+#include "widen.h"
 
 #include <float.h>
 #include <stdlib.h>
@@ -10,15 +11,6 @@ float __wstof(const wchar_t *text, wchar_t **end, int power);
 
 #define INF __builtin_inf()
 #define NOT_A_NUMBER __builtin_nan("")
-
-static wchar_t wide[2000];
-static const wchar_t *widen(const char *text)
-{
-    size_t i = 0;
-    do wide[i] = (unsigned char)text[i];
-    while (text[i++]);
-    return wide;
-}
 
 static void check_double(double got, double due)
 {

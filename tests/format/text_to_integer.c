@@ -1,21 +1,12 @@
 /* strtol and _itoa and all their relatives: tables, and random numbers in every base both ways. */
 #include "check.h"
+#include "widen.h"
 
 #include <inttypes.h>
 #include <limits.h>
 #include <stdlib.h>
 
 unsigned long __stoul(const char *text, char **end, int base);
-
-/* Text as wide characters, and an end pointer in it as an offset. */
-static wchar_t wide[200];
-static const wchar_t *widen(const char *text)
-{
-    size_t i = 0;
-    do wide[i] = (unsigned char)text[i];
-    while (text[i++]);
-    return wide;
-}
 
 static void test_signed_32(void)
 {

@@ -1,21 +1,11 @@
 /* Conversion between multibyte and wide characters in the "C" locale, and in the raw two-byte mode
    that a state can ask for. */
 #include "check.h"
+#include "violations.h"
 
-#include <stdlib.h>
 #include <uchar.h>
 
 #define FAILED ((size_t)-1)
-
-static int violations;
-static void count_violation(const char *message, void *instance, errno_t code) { ++violations; }
-
-#define CHECK_REFUSED(call, code)                                                                  \
-    do {                                                                                           \
-        violations = 0;                                                                            \
-        CHECK_INT(call, code);                                                                     \
-        CHECK_INT(violations, 1);                                                                  \
-    } while (0)
 
 /* Every byte is a character; every wide character is its low byte. */
 static void test_all_characters(void)
@@ -78,6 +68,8 @@ static void test_edges(void)
     CHECK_ERRNO((long)mbrtowc(&wc, "a", 1, &state), -1, EILSEQ);
     CHECK_ERRNO((long)wcrtomb((char[4]){0}, L'a', &state), -1, EILSEQ);
     CHECK_INT(state.__state, 1);
+    CHECK_INT(mbrlen(NULL, 0, &state), 0); /* resets it */
+    CHECK(mbsinit(&state));
     state.__state = 0xFFFF;
     CHECK_ERRNO((long)mbrtowc(&wc, "a", 1, &state), -1, EILSEQ);
 }
@@ -112,61 +104,46 @@ static void test_raw_mode(void)
     CHECK_WSTR(wide, L"ab");
 }
 
+/* Conversion of strings both ways: `limit` elements at most, of which `stored` are written. */
+static const struct {
+    const char *narrow;
+    const wchar_t *wide;
+    size_t limit, count, stored;
+} strings[] = {
+    {"h\xE9llo", L"h\xE9llo", 8, 5, 6}, {"hello", L"hello", 6, 5, 6}, {"hello", L"hello", 5, 5, 5},
+    {"hello", L"hello", 2, 2, 2},       {"hello", L"hello", 0, 0, 0}, {"", L"", 1, 0, 1},
+    {"\xAC|", L"\xAC|", 9, 2, 3},
+    {"twenty characters and more", L"twenty characters and more", 24, 24, 24},
+};
+
 static void test_strings(void)
 {
-    wchar_t wide[8];
-    char bytes[8];
-    const char *from;
-    const wchar_t *wide_from;
-#define FRESH (memset(wide, 0x7E, sizeof wide), memset(bytes, '~', sizeof bytes))
-    FRESH;
-    CHECK_INT(mbstowcs(wide, "h\xE9llo", 8), 5);
-    CHECK_MEM(wide, L"h\xE9llo\0\x7E7E", 14);
-    FRESH;
-    CHECK_INT(mbstowcs(wide, "hello", 5), 5);
-    CHECK_MEM(wide, L"hello\x7E7E", 12);
-    FRESH;
-    CHECK_INT(mbstowcs(wide, "hello", 2), 2);
-    CHECK_MEM(wide, L"he\x7E7E", 6);
-    /* Counting stops at the limit, too. */
-    CHECK_INT(mbstowcs(NULL, "hello", 100), 5);
-    CHECK_INT(mbstowcs(NULL, "hello", 3), 3);
-    CHECK_INT(mbstowcs(NULL, "hello", 0), 0);
-    FRESH;
-    CHECK_INT(wcstombs(bytes, L"h\x20ACllo", 8), 5);
-    CHECK_MEM(bytes, "h\xACllo\0~", 7);
-    FRESH;
-    CHECK_INT(wcstombs(bytes, L"hello", 5), 5);
-    CHECK_MEM(bytes, "hello~", 6);
-    FRESH;
-    CHECK_INT(wcstombs(bytes, L"hello", 2), 2);
-    CHECK_MEM(bytes, "he~", 3);
-    CHECK_INT(wcstombs(bytes, L"hello", 0), 0);
-    CHECK_INT(wcstombs(NULL, L"hello", 100), 5);
-    CHECK_INT(wcstombs(NULL, L"hello", 3), 3);
-
-    FRESH;
-    from = "hello";
-    CHECK_INT(mbsrtowcs(NULL, &from, 2, NULL), 5);
-    CHECK_STR(from, "hello");
-    CHECK_INT(mbsrtowcs(wide, &from, 2, NULL), 2);
-    CHECK_MEM(wide, L"he\x7E7E", 6);
-    CHECK_STR(from, "llo");
-    CHECK_INT(mbsrtowcs(wide, &from, 3, NULL), 3);
-    CHECK_STR(from, "");
-    CHECK_INT(mbsrtowcs(wide, &from, 8, NULL), 0);
-    CHECK(from == NULL && wide[0] == 0);
-    FRESH;
-    wide_from = L"hello";
-    CHECK_INT(wcsrtombs(NULL, &wide_from, 2, NULL), 5);
-    CHECK_WSTR(wide_from, L"hello");
-    CHECK_INT(wcsrtombs(bytes, &wide_from, 4, NULL), 4);
-    CHECK_MEM(bytes, "hell~", 5);
-    CHECK_WSTR(wide_from, L"o");
-    CHECK_INT(wcsrtombs(bytes, &wide_from, 1, NULL), 1);
-    CHECK_WSTR(wide_from, L"");
-    CHECK_INT(wcsrtombs(bytes, &wide_from, 1, NULL), 0);
-    CHECK(wide_from == NULL && bytes[0] == 0);
+    for (size_t i = 0; i < sizeof strings / sizeof *strings; ++i) {
+        size_t limit = strings[i].limit, count = strings[i].count, stored = strings[i].stored;
+        size_t length = strlen(strings[i].narrow);
+        const char *from = check_label = strings[i].narrow, *rest = stored > count ? NULL : from + count;
+        const wchar_t *wide_from = strings[i].wide, *wide_rest = rest ? wide_from + count : NULL;
+        wchar_t wide[2][32];
+        char bytes[2][32];
+        memset(wide, 0x7E, sizeof wide);
+        memset(bytes, 0x7E, sizeof bytes);
+        CHECK_INT(mbstowcs(NULL, from, limit), count); /* counting stops at the limit, too */
+        CHECK_INT(wcstombs(NULL, wide_from, limit), count);
+        CHECK_INT(mbsrtowcs(NULL, &from, limit, NULL), length);
+        CHECK_INT(wcsrtombs(NULL, &wide_from, limit, NULL), length);
+        CHECK(from == strings[i].narrow && wide_from == strings[i].wide);
+        CHECK_INT(mbstowcs(wide[0], from, limit), count);
+        CHECK_INT(wcstombs(bytes[0], wide_from, limit), count);
+        CHECK_INT(mbsrtowcs(wide[1], &from, limit, NULL), count);
+        CHECK_INT(wcsrtombs(bytes[1], &wide_from, limit, NULL), count);
+        CHECK(from == rest && wide_from == wide_rest);
+        for (int k = 0; k < 2; ++k) {
+            CHECK_MEM(wide[k], strings[i].wide, 2 * stored);
+            CHECK_MEM(bytes[k], strings[i].narrow, stored);
+            CHECK(wide[k][stored] == 0x7E7E && bytes[k][stored] == 0x7E);
+        }
+    }
+    check_label = "";
 }
 
 /* Of a raw unit only whole characters fit, except where wcstombs cuts one; it has no such state. */
@@ -184,81 +161,94 @@ static void test_room(void)
     CHECK_MEM(bytes, "a\0b\0\0\0~", 7);
 }
 
-static void test_bounds_checked(void)
+/* The four bounds-checked functions of strings, on "hello": elements of room, and at most so many. */
+static void test_checked_strings(void)
 {
-    wchar_t wide[8];
-    char bytes[8];
-    const char *from = "hello";
-    const wchar_t *wide_from = L"hello";
-    mbstate_t state = {0};
+    static const char text[] = "hello";
+    static const wchar_t wide_text[] = L"hello";
+    static const struct {
+        rsize_t size, limit;
+        errno_t result;
+        size_t count;
+    } cases[] = {
+        {8, 7, 0, 5},  {8, 5, 0, 5},      {8, 2, 0, 2},           {6, 6, 0, 5},           {6, 5, 0, 5},
+        {3, 2, 0, 2},  {5, 5, ERANGE, 0}, {5, 7, ERANGE, 0},      {2, 2, ERANGE, 0},      {0, 5, EINVAL, 0},
+        {1, 0, 0, 0},  {5, 0x80000000, EINVAL, 0}, {0x80000000, 5, EINVAL, 0},
+    };
+    for (size_t i = 0; i < sizeof cases / sizeof *cases; ++i)
+        for (int function = 0; function < 4; ++function) {
+            wchar_t wide[9] = L"~~~~~~~~";
+            char bytes[9] = "~~~~~~~~", label[60];
+            const char *from = text;
+            const wchar_t *wide_from = wide_text;
+            mbstate_t state = {0};
+            rsize_t size = cases[i].size, limit = cases[i].limit;
+            size_t count = 77;
+            errno_t result;
+            sprintf(label, "function %d, size %u, limit %u", function, size, limit);
+            check_label = label;
+            violations = violation_code = 0;
+            switch (function) {
+            case 0: result = mbstowcs_s(&count, wide, size, from, limit); break;
+            case 1: result = mbsrtowcs_s(&count, wide, size, &from, limit, &state); break;
+            case 2: result = wcstombs_s(&count, bytes, size, wide_from, limit); break;
+            default: result = wcsrtombs_s(&count, bytes, size, &wide_from, limit, &state);
+            }
+            CHECK_INT(result, cases[i].result);
+            CHECK_INT(violations, result != 0);
+            CHECK_INT(violation_code, result);
+            CHECK_INT(count, result ? FAILED : cases[i].count);
+            for (size_t k = 0; !result && k < 8; ++k) {
+                int due = k < count ? text[k] : k == count ? '\0' : '~';
+                CHECK_INT(function < 2 ? wide[k] : bytes[k], due);
+            }
+            if (result) CHECK_INT(function < 2 ? wide[0] : bytes[0], size == 0 || size > 8 ? '~' : '\0');
+            if (function == 1 && !result) CHECK(from == (limit > 5 ? NULL : text + limit));
+            if (function == 3 && !result) CHECK(wide_from == (limit > 5 ? NULL : wide_text + limit));
+        }
+    check_label = "";
+}
+
+static void test_checked_arguments(void)
+{
+    wchar_t wide[8] = L"x";
+    char bytes[8] = "x";
+    const char *none = NULL;
+    mbstate_t state = {0}, raw = {0, 0x8000, 0};
     size_t count = 77;
     int status = 77;
-    set_constraint_handler_s(count_violation);
-    FRESH;
-    CHECK_INT(mbstowcs_s(&count, wide, 8, "hello", 7), 0);
-    CHECK_INT(count, 5);
-    CHECK_MEM(wide, L"hello\0\x7E7E", 14);
-    FRESH;
-    CHECK_INT(mbstowcs_s(&count, wide, 8, "hello", 2), 0);
-    CHECK_INT(count, 2);
-    CHECK_MEM(wide, L"he\0\x7E7E", 8);
+    CHECK_REFUSED(mbstowcs_s(&count, wide, 5, NULL, 5), EINVAL, EINVAL);
+    CHECK_INT(wide[0], 0);
+    CHECK_REFUSED(wcstombs_s(&count, bytes, 5, NULL, 7), EINVAL, EINVAL);
+    CHECK_INT(bytes[0], 0);
+    CHECK_REFUSED(mbstowcs_s(NULL, wide, 5, "x", 5), EINVAL, EINVAL);
+    CHECK_REFUSED(mbstowcs_s(&count, NULL, 5, "x", 5), EINVAL, EINVAL);
+    CHECK_REFUSED(mbsrtowcs_s(&count, wide, 8, &none, 8, &state), EINVAL, EINVAL);
+    CHECK_REFUSED(mbsrtowcs_s(&count, wide, 8, (const char *[]){"x"}, 8, NULL), EINVAL, EINVAL);
     CHECK_INT(mbstowcs_s(&count, NULL, 0, "hello", 2), 0);
     CHECK_INT(count, 5);
-    CHECK_INT(mbstowcs_s(&count, wide, 6, "hello", 6), 0);
-    CHECK_INT(mbstowcs_s(&count, wide, 6, "hello", 5), 0);
-    CHECK_INT(mbstowcs_s(&count, wide, 6, "hello!", 5), 0);
-    CHECK_REFUSED(mbstowcs_s(&count, wide, 5, "hello", 5), ERANGE);
-    CHECK_INT(count, FAILED);
-    CHECK_INT(wide[0], 0);
-    FRESH;
-    CHECK_REFUSED(mbstowcs_s(&count, wide, 5, NULL, 5), EINVAL);
-    CHECK_INT(wide[0], 0);
-    CHECK_REFUSED(mbstowcs_s(NULL, wide, 5, "x", 5), EINVAL);
-    CHECK_REFUSED(mbstowcs_s(&count, NULL, 5, "x", 5), EINVAL);
-    CHECK_REFUSED(mbstowcs_s(&count, wide, 0, "x", 5), EINVAL);
-    CHECK_REFUSED(mbstowcs_s(&count, wide, 0x80000000u, "x", 5), EINVAL);
-    CHECK_REFUSED(mbstowcs_s(&count, wide, 5, "x", 0x80000000u), EINVAL);
-    CHECK_INT(mbsrtowcs_s(&count, wide, 8, &from, 2, &state), 0);
-    CHECK_STR(from, "llo");
-    CHECK_INT(mbsrtowcs_s(&count, wide, 8, &from, 8, &state), 0);
-    CHECK(from == NULL);
-    CHECK_REFUSED(mbsrtowcs_s(&count, wide, 8, &from, 8, &state), EINVAL);
-    CHECK_REFUSED(mbsrtowcs_s(&count, wide, 8, (const char *[]){"x"}, 8, NULL), EINVAL);
-    FRESH;
-    CHECK_INT(wcstombs_s(&count, bytes, 8, L"hello", 7), 0);
-    CHECK_INT(count, 5);
-    CHECK_MEM(bytes, "hello\0~", 7);
-    CHECK_INT(wcstombs_s(&count, bytes, 8, L"hello", 2), 0);
-    CHECK_MEM(bytes, "he\0lo", 5);
     CHECK_INT(wcstombs_s(&count, NULL, 0, L"hello", 2), 0);
     CHECK_INT(count, 5);
-    CHECK_REFUSED(wcstombs_s(&count, bytes, 5, L"hello", 7), ERANGE);
-    CHECK_INT(bytes[0], 0);
-    CHECK_REFUSED(wcstombs_s(&count, bytes, 5, NULL, 7), EINVAL);
-    CHECK_INT(wcsrtombs_s(&count, bytes, 8, &wide_from, 2, &state), 0);
-    CHECK_WSTR(wide_from, L"llo");
-    FRESH;
-    CHECK_INT(wcrtomb_s(&count, bytes, 1, L'x', &state), 0);
+    CHECK_INT(wcrtomb_s(&count, strcpy(bytes, "~~"), 1, L'x', &state), 0);
     CHECK_INT(count, 1);
-    CHECK_MEM(bytes, "x~", 2);
+    CHECK_STR(bytes, "x~");
     CHECK_INT(wcrtomb_s(&count, NULL, 0, L'x', &state), 0);
     CHECK_INT(count, 1);
-    CHECK_REFUSED(wcrtomb_s(&count, bytes, 0, L'x', &state), EINVAL);
-    CHECK_REFUSED(wcrtomb_s(&count, bytes, 1, L'x', NULL), EINVAL);
-    CHECK_REFUSED(wcrtomb_s(&count, NULL, 1, L'x', &state), EINVAL);
-    CHECK_REFUSED(wcrtomb_s(&count, bytes, 1, L'x', &(mbstate_t){0, 0x8000, 0}), ERANGE);
+    CHECK_REFUSED(wcrtomb_s(&count, bytes, 0, L'x', &state), EINVAL, EINVAL);
+    CHECK_REFUSED(wcrtomb_s(&count, bytes, 1, L'x', NULL), EINVAL, EINVAL);
+    CHECK_REFUSED(wcrtomb_s(&count, NULL, 1, L'x', &state), EINVAL, EINVAL);
+    CHECK_REFUSED(wcrtomb_s(&count, strcpy(bytes, "~"), 1, L'x', &raw), ERANGE, ERANGE);
     CHECK_INT(count, FAILED);
-    CHECK_INT(bytes[0], 0);
+    CHECK_STR(bytes, "");
     CHECK_INT(wctomb_s(&status, bytes, 1, L'x'), 0);
     CHECK_INT(status, 1);
     CHECK_INT(wctomb_s(&status, NULL, 0, L'x'), 0);
     CHECK_INT(status, 0);
     status = 77;
-    CHECK_REFUSED(wctomb_s(&status, bytes, 0, L'x'), ERANGE);
-    CHECK_REFUSED(wctomb_s(&status, NULL, 1, L'x'), EINVAL);
-    CHECK_REFUSED(wctomb_s(&status, bytes, 0x80000000u, L'x'), EINVAL);
+    CHECK_REFUSED(wctomb_s(&status, bytes, 0, L'x'), ERANGE, ERANGE);
+    CHECK_REFUSED(wctomb_s(&status, NULL, 1, L'x'), EINVAL, EINVAL);
+    CHECK_REFUSED(wctomb_s(&status, bytes, 0x80000000u, L'x'), EINVAL, EINVAL);
     CHECK_INT(status, 77);
-    set_constraint_handler_s(NULL);
 }
 
 int main(void)
@@ -268,6 +258,8 @@ int main(void)
     test_raw_mode();
     test_strings();
     test_room();
-    test_bounds_checked();
+    count_violations();
+    test_checked_strings();
+    test_checked_arguments();
     return check_done();
 }

@@ -97,8 +97,45 @@ static void test_effects(void)
     CHECK_WSTR(wides, L"\x3042\x3044");
     CHECK_STR(text, "x");
     CHECK_STR((sprintf(text, "%ls", L"\x3042z"), text), "\x82\xA0z");
+    CHECK_INT(wcstombs(strcpy(text, "~~~~"), L"a\x3042z", 2), 2); /* cuts a character */
+    CHECK_STR(text, "a\x82~~");
+    CHECK_INT(wcstombs(NULL, L"a\x3042z", 2), 2);
+    const wchar_t *from = L"a\x3042z";
+    CHECK_INT(wcsrtombs(strcpy(text, "~~~~"), &from, 2, NULL), 1); /* does not */
+    CHECK_STR(text, "a~~~");
+    CHECK_WSTR(from, L"\x3042z");
+    CHECK_INT(wcsrtombs(NULL, &from, 0, NULL), 3);
+    CHECK_INT(mbstowcs(wides, "\x82\xB1z", 8), 3); /* goes on at the second byte */
+    CHECK_WSTR(wides, L"\x3053\xFF71z");
     setlocale(LC_ALL, "C");
     CHECK_INT(toupper(0xE4), 0xE4);
+}
+
+__declspec(dllimport) int __stdcall IsDBCSLeadByteEx(unsigned page, unsigned char byte);
+
+/* Half a character of two bytes belongs to no class and has no case, nor disturbs its neighbours. */
+static void test_double_byte_classes(void)
+{
+    static const struct {
+        const char *locale;
+        unsigned page;
+        const char *letters; /* single bytes above 0x7F that are no lead bytes */
+    } cases[] = {{"JP", 932, "\xB1\xDD"}, {"KR", 949, ""}, {"TW", 950, ""}};
+    for (size_t i = 0; i < sizeof cases / sizeof *cases; ++i) {
+        check_label = cases[i].locale;
+        setlocale(LC_ALL, cases[i].locale);
+        for (int c = 0; c < 256; ++c) {
+            int lead = IsDBCSLeadByteEx(cases[i].page, (unsigned char)c);
+            if (!lead && c >= 0x80 && !strchr(cases[i].letters, c)) continue;
+            int ascii = c < 0x80, upper = ascii && c >= 'A' && c <= 'Z', lower = ascii && c >= 'a' && c <= 'z';
+            CHECK_INT(!!isalpha(c), upper || lower);
+            CHECK_INT(toupper(c), lower ? c - 32 : c);
+            CHECK_INT(tolower(c), upper ? c + 32 : c);
+            if (!ascii) CHECK(!isspace(c) && !iscntrl(c) && !isdigit(c) && !ispunct(c) && !isxdigit(c));
+        }
+    }
+    check_label = "";
+    setlocale(LC_ALL, "C");
 }
 
 __declspec(dllimport) void *__stdcall CreateThread(void *, size_t, unsigned long(__stdcall *)(void *), void *,
@@ -151,6 +188,53 @@ static int __stdcall scripted_info(unsigned long lcid, unsigned long type, char 
     return real_info(lcid, type, to, size);
 }
 
+/* A Switzerland whose French locale has no code page, and an Austria of which none has. */
+static int __stdcall unicode_only_info(unsigned long lcid, unsigned long type, char *to, int size)
+{
+    int result = real_info(lcid, type, to, size);
+    if ((type & 0xFFFF) == 0x1004 && (lcid == 0x100C || lcid == 0x0C07)) *(unsigned long *)to = 0;
+    if (type == 0x0E) return strcpy(to, "\xB7"), 2; /* the decimal separator */
+    return result;
+}
+
+static int __stdcall few_locales(int(__stdcall *visit)(char *), unsigned long flags)
+{
+    static const char *const identifiers[] = {"nonsense", "00000C07x", "0000100C", "00000807", "00000810", "00000C07"};
+    char text[10];
+    for (int i = 0; i < 6 && visit(strcpy(text, identifiers[i])); ++i) continue;
+    return 1;
+}
+
+static void test_search(void)
+{
+    char text[40];
+    struct tm monday = {.tm_wday = 1};
+    real_info = script_import("GetLocaleInfoA", unicode_only_info);
+    script_import("EnumSystemLocalesA", few_locales);
+    CHECK_STR(setlocale(LC_TIME, "CH"), "C;time:CH");
+    CHECK_STR((strftime(text, sizeof text, "%A", &monday), text), "Montag"); /* the first with a code page */
+    CHECK_STR(setlocale(LC_TIME, "AT"), "C;time:AT"); /* better than none */
+    CHECK(!setlocale(LC_TIME, "IS"));
+    setlocale(LC_NUMERIC, "CH");
+    CHECK_STR((sprintf(text, "%.1f", 1.5), text), "1\xB7" "5");
+    char *end;
+    CHECK(strtod(text, &end) == 1.5 && !*end);
+    float value = 0;
+    CHECK_INT(sscanf(text, "%f", &value), 1);
+    CHECK(value == 1.5f);
+    script_restore();
+    setlocale(LC_ALL, "C");
+}
+
+/* Pictures as long as they can be, which double in length. */
+static int __stdcall long_pictures(unsigned long lcid, unsigned long type, char *to, int size)
+{
+    if (type != 0x1F && type != 0x1003) return real_info(lcid, type, to, size);
+    for (int i = 0; i < 79; ++i) to[i] = type == 0x1F ? "dM"[i % 2] : "hm"[i % 2];
+    to[79] = '\0';
+    return 80;
+}
+
 static int __stdcall failing_map(unsigned long lcid, unsigned long flags, const char *from, int n, char *to, int size)
 {
     return 0;
@@ -179,6 +263,12 @@ static void test_loading(void)
     CHECK(!setlocale(LC_ALL, "De"));
     script_restore();
     CHECK_STR(setlocale(LC_ALL, NULL), country); /* nothing has changed */
+    script_import("GetLocaleInfoA", long_pictures);
+    CHECK_STR(setlocale(LC_ALL, "BE"), "BE");
+    script_restore();
+    char long_text[200];
+    CHECK_INT(strftime(long_text, sizeof long_text, "%c%x%X", &evening), 78 * 2 + 1);
+    CHECK_MEM(long_text + 150, "010201 ", 8);
     setlocale(LC_ALL, "C");
     CHECK(__heap_validate(NULL));
 }
@@ -187,7 +277,9 @@ int main(void)
 {
     test_names();
     test_effects();
+    test_double_byte_classes();
     test_threads();
+    test_search();
     test_loading();
     return check_done();
 }
