@@ -48,6 +48,8 @@ int close_worker(int fd, Descriptor &descriptor) {
         free_handle(fd);
     }
     descriptor.flags = 0;
+    descriptor.pending_count = 0;
+    descriptor.dropped_return = false;
     if (error == ERROR_SUCCESS) return 0;
     map_os_error(error);
     return -1;

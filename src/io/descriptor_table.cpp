@@ -19,7 +19,6 @@ bool add_block() {
         static_cast<Descriptor *>(heap_allocate(descriptors_per_block * sizeof(Descriptor)));
     if (!block) return false;
     Descriptor fresh{};
-    for (unsigned char &slot : fresh.pending) slot = no_pending;
     fresh.lock_ready = 1;
     fresh.osfhandle = handle_none;
     for (unsigned i = 0; i < descriptors_per_block; ++i) block[i] = fresh;

@@ -23,18 +23,15 @@ enum DescriptorFlag : unsigned char {
 
 enum Encoding : unsigned char { encoding_ansi, encoding_utf8, encoding_utf16le };
 
-// In `pending`, the value of a slot that holds nothing: a byte that is kept for the next read is
-// never an LF, since the LF after a CR is consumed by the translation.
-constexpr unsigned char no_pending = '\n';
-
 // One descriptor. It is free (flags 0, handle -1), reserved by the call that holds its lock (handle
 // -1), or open. Its address is stable for the life of the process.
 struct Descriptor {
     unsigned char flags;
     unsigned char encoding;   // of a text-mode descriptor
-    unsigned char pending[3]; // read ahead from a pipe or device
+    unsigned char pending[3]; // read ahead from a pipe or device: the first `pending_count`
     unsigned char lock_ready; // a zero lock needs no set-up: always 1
     bool dropped_return;      // the last read ended in a CR that it dropped; its LF comes next
+    unsigned char pending_count;
     Lock lock;
     HANDLE osfhandle;
 

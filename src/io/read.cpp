@@ -35,20 +35,24 @@ Transfer read_handle(HANDLE handle, void *buffer, unsigned count) {
     return {done, ERROR_SUCCESS};
 }
 
-// Hands out the bytes kept by an earlier read; returns how many.
-unsigned deliver_pending(Descriptor &descriptor, unsigned char *buffer, unsigned count) {
-    if (descriptor.is_seekable()) return 0;
-    // A byte is kept one at a time in ANSI text, two in UTF-16, up to three in UTF-8.
-    unsigned limit = descriptor.encoding == encoding_ansi      ? 1
-                     : descriptor.encoding == encoding_utf16le ? 2
-                                                               : 3;
-    unsigned delivered = 0;
-    for (unsigned i = 0; i < limit && i < count; ++i) {
-        unsigned char &slot = descriptor.pending[i];
-        if (slot == no_pending) break;
-        buffer[delivered++] = slot;
-        slot = no_pending;
+// Bytes until all are there or the input ends: a pipe gives what it has just now. Returns how many.
+unsigned read_fully(HANDLE handle, void *buffer, unsigned count) {
+    auto *bytes = static_cast<unsigned char *>(buffer);
+    unsigned done = 0;
+    while (done < count) {
+        unsigned got = read_handle(handle, bytes + done, count - done).count;
+        if (got == 0) break;
+        done += got;
     }
+    return done;
+}
+
+// Hands out the bytes kept by an earlier read; returns how many.
+unsigned deliver_pending(Descriptor &descriptor, void *buffer, unsigned count) {
+    unsigned delivered = descriptor.pending_count < count ? descriptor.pending_count : count;
+    memcpy(buffer, descriptor.pending, delivered);
+    descriptor.pending_count -= static_cast<unsigned char>(delivered);
+    memmove(descriptor.pending, descriptor.pending + delivered, descriptor.pending_count);
     return delivered;
 }
 
@@ -56,21 +60,24 @@ Transfer raw_read(Descriptor &descriptor, void *buffer, unsigned count) {
     auto *bytes = static_cast<unsigned char *>(buffer);
     descriptor.dropped_return = false;
     unsigned delivered = deliver_pending(descriptor, bytes, count);
+    if (delivered == count) return {delivered, ERROR_SUCCESS}; // reading nothing could block
     Transfer rest = read_handle(descriptor.osfhandle, bytes + delivered, count - delivered);
     return {delivered + rest.count, rest.error};
 }
 
+// For the next read of a pipe or device; nothing is pending.
 void keep(Descriptor &descriptor, const void *bytes, unsigned count) {
     memcpy(descriptor.pending, bytes, count);
+    descriptor.pending_count = static_cast<unsigned char>(count);
 }
 
 // Whether a CR that ends what was read is part of the output. `output_empty`: nothing else is.
-// May turn the CR into the LF that follows it.
+// May turn the CR into the LF that follows it. What is pending by now starts no line end.
 template <typename U>
 bool settle_last_carriage_return(Descriptor &descriptor, U &unit, bool output_empty) {
     U next;
-    Transfer ahead = read_handle(descriptor.osfhandle, &next, sizeof next);
-    if (ahead.count < sizeof next) return true;
+    if (descriptor.pending_count) return true;
+    if (read_fully(descriptor.osfhandle, &next, sizeof next) < sizeof next) return true;
     if (!descriptor.is_seekable()) {
         if (next == line_feed)
             unit = line_feed;
@@ -127,28 +134,32 @@ Transfer read_ansi_text(Descriptor &descriptor, void *buffer, unsigned count) {
     return done;
 }
 
+// A pipe may give half of a unit; the other half is waited for.
 Transfer read_utf16_text(Descriptor &descriptor, void *buffer, unsigned count) {
     Transfer done = raw_read(descriptor, buffer, count);
+    if (done.count % sizeof(wchar_t))
+        done.count += read_fully(descriptor.osfhandle, static_cast<char *>(buffer) + done.count, 1);
     unsigned units = translate_lines(descriptor, static_cast<wchar_t *>(buffer),
                                      done.count / static_cast<unsigned>(sizeof(wchar_t)));
     done.count = units * sizeof(wchar_t);
     return done;
 }
 
-unsigned trailing_count(unsigned char lead) {
-    if (lead < 0xC0 || lead >= 0xF8) return 0;
-    return lead < 0xE0 ? 1 : lead < 0xF0 ? 2 : 3;
+unsigned sequence_length(unsigned char lead) {
+    if (lead < 0xC0 || lead >= 0xF8) return 1;
+    return lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
 }
 
-// The length of the longest prefix of at most `units` whole sequences. A sequence of four bytes
-// takes two units; it is left for the next read when only one is free.
+// A sequence of four bytes makes a pair of surrogates.
+unsigned units_of_sequence(unsigned char lead) { return sequence_length(lead) == 4 ? 2 : 1; }
+
+// The length of the longest prefix of at most `units` in whole sequences.
 unsigned whole_sequences(const unsigned char *text, unsigned size, unsigned units) {
     unsigned length = 0;
-    while (units && length < size) {
-        unsigned trailing = trailing_count(text[length]);
-        unsigned needed = trailing == 3 ? 2 : 1;
-        if (trailing >= size - length || needed > units) break;
-        length += 1 + trailing;
+    while (length < size) {
+        unsigned needed = units_of_sequence(text[length]);
+        if (sequence_length(text[length]) > size - length || needed > units) break;
+        length += sequence_length(text[length]);
         units -= needed;
     }
     return length;
@@ -163,51 +174,62 @@ void put_back(Descriptor &descriptor, const unsigned char *surplus, unsigned cou
         keep(descriptor, surplus, count);
 }
 
+// `length` bytes of UTF-8 in `text`, translated there, into the caller's units.
+Transfer convert_utf8(Descriptor &descriptor, char *text, unsigned length, void *buffer,
+                      unsigned units) {
+    length = translate_lines(descriptor, text, length);
+    if (length == 0) return {0, ERROR_SUCCESS};
+    int made = MultiByteToWideChar(utf8_code_page, reject_invalid_characters, text,
+                                   static_cast<int>(length), static_cast<wchar_t *>(buffer),
+                                   static_cast<int>(units));
+    if (made == 0) return {0, GetLastError()};
+    return {static_cast<unsigned>(made) * static_cast<unsigned>(sizeof(wchar_t)), ERROR_SUCCESS};
+}
+
+// Takes whole sequences of `size` bytes that were read; `text` has room for one sequence at least.
+// A first one that is cut is completed, or invalid where the input ends in it.
+Transfer take_sequences(Descriptor &descriptor, unsigned char *text, unsigned size, void *buffer,
+                        unsigned units) {
+    if (units_of_sequence(*text) > units) { // a pair and room for half of it: nothing is lost
+        put_back(descriptor, text, size);
+        return {0, ERROR_INSUFFICIENT_BUFFER};
+    }
+    unsigned first = sequence_length(*text);
+    if (size < first) size += read_fully(descriptor.osfhandle, text + size, first - size);
+    unsigned length = whole_sequences(text, size, units);
+    if (length == 0) length = size;
+    if (length < size) put_back(descriptor, text + length, size - length);
+    return convert_utf8(descriptor, reinterpret_cast<char *>(text), length, buffer, units);
+}
+
 // From a file, twice the room of the caller is read and the surplus sought back over. A pipe cannot
-// be sought: it gives at most as many bytes as the caller has units, so that all whole sequences
-// fit, and what remains is a part of one sequence.
+// be sought: it gives at most as many bytes as the caller has units (or were kept), so that all
+// whole sequences fit, and what remains is a part of one sequence.
 Transfer read_utf8_text(Descriptor &descriptor, void *buffer, unsigned count) {
     unsigned units = count / sizeof(wchar_t);
     unsigned capacity = descriptor.is_seekable() ? 2 * count : units;
-    auto *text = static_cast<unsigned char *>(heap_allocate(capacity + sizeof descriptor.pending));
+    if (capacity < descriptor.pending_count) capacity = descriptor.pending_count;
+    constexpr unsigned longest_sequence = 4;
+    auto *text = static_cast<unsigned char *>(heap_allocate(capacity + longest_sequence));
     if (!text) return {0, ERROR_NOT_ENOUGH_MEMORY};
     Transfer done = raw_read(descriptor, text, capacity);
-    while (done.count && !done.error) {
-        unsigned length = whole_sequences(text, done.count, units);
-        if (length == 0 && !descriptor.is_seekable()) {
-            // Less than one sequence: wait for the rest of it, unless there is none.
-            Transfer more = read_handle(descriptor.osfhandle, text + done.count, 1);
-            done.count += more.count;
-            if (more.count) continue;
-            length = done.count;
-        }
-        if (length == 0) length = done.count; // a cut sequence at the end of a file: invalid
-        if (length < done.count) put_back(descriptor, text + length, done.count - length);
-        length = translate_lines(descriptor, reinterpret_cast<char *>(text), length);
-        int made =
-            length ? MultiByteToWideChar(utf8_code_page, reject_invalid_characters,
-                                         reinterpret_cast<char *>(text), static_cast<int>(length),
-                                         static_cast<wchar_t *>(buffer), static_cast<int>(units))
-                   : 0;
-        done.error = length && !made ? GetLastError() : ERROR_SUCCESS;
-        done.count = static_cast<unsigned>(made) * sizeof(wchar_t);
-        break;
-    }
+    if (done.count) done = take_sequences(descriptor, text, done.count, buffer, units);
     heap_release(text);
     return done;
 }
 
-// What is pending is delivered ahead of the console's units and translated with them. A CR at the
-// end passes through: a look at what comes next would wait for the user.
+// What is pending is delivered ahead of the console's units and translated with them; a byte of
+// ANSI text, kept before the mode was changed, is no unit. A CR at the end passes through: a look
+// at what comes next would wait for the user.
 Transfer read_console(Descriptor &descriptor, void *buffer, unsigned count) {
-    auto *bytes = static_cast<unsigned char *>(buffer);
-    unsigned delivered = deliver_pending(descriptor, bytes, count);
     auto *units = static_cast<wchar_t *>(buffer);
+    unsigned room = count / sizeof(wchar_t);
+    unsigned delivered = deliver_pending(descriptor, buffer, count) / sizeof(wchar_t);
     DWORD made = 0, error = ERROR_SUCCESS;
-    if (!ReadConsoleW(descriptor.osfhandle, bytes + delivered,
-                      (count - delivered) / sizeof(wchar_t), &made, nullptr))
+    if (delivered < room &&
+        !ReadConsoleW(descriptor.osfhandle, units + delivered, room - delivered, &made, nullptr))
         error = GetLastError();
-    const wchar_t *from = units, *end = units + delivered / sizeof(wchar_t) + made;
+    const wchar_t *from = units, *end = units + delivered + made;
     wchar_t *to = units;
     while (from < end && *from != ctrl_z) {
         if (*from == carriage_return && from + 1 < end && from[1] == line_feed) ++from;

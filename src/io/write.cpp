@@ -176,9 +176,9 @@ int result_of(const Descriptor &descriptor, const void *buffer, const Transfer &
 int write_worker(Descriptor &descriptor, const void *buffer, unsigned count) {
     if (count == 0) return 0;
     if (!buffer || count > INT_MAX) return fail_with(EINVAL);
+    if (descriptor.flags & FD_APPEND) seek64(descriptor, 0, SEEK_END);
     bool unicode = descriptor.is_text() && descriptor.encoding != encoding_ansi;
     if (unicode && count % sizeof(wchar_t)) return fail_with(EINVAL);
-    if (descriptor.flags & FD_APPEND) SetFilePointerEx(descriptor.osfhandle, 0, nullptr, FILE_END);
     Transfer done = !descriptor.is_text() ? write_raw(descriptor, buffer, count)
                     : unicode
                         ? write_unicode_text(descriptor, buffer, count)

@@ -5,6 +5,7 @@
 #include <fcntl.h>
 #include <io.h>
 #include <sys/stat.h>
+#include <wchar.h>
 
 __declspec(dllimport) int __stdcall DeleteFileA(const char *path);
 __declspec(dllimport) void __stdcall SetLastError(unsigned long code);
@@ -100,6 +101,92 @@ static void test_pipe_look_ahead(void)
     _close(raw);
     _close(fds[1]);
     _close(fds[0]);
+}
+
+static int(__stdcall *real_read)(void *, void *, unsigned, unsigned long *, void *);
+static int __stdcall one_byte(void *file, void *to, unsigned size, unsigned long *done, void *overlapped)
+{
+    return real_read(file, to, size ? 1 : 0, done, overlapped);
+}
+
+/* A descriptor in a Unicode mode, on a pipe or on a file with these bytes. */
+static int open_unicode(int pipe, int mode, const char *bytes, unsigned size)
+{
+    int fds[2] = {-1, -1};
+    if (pipe) {
+        CHECK_INT(_pipe(fds, 1024, O_BINARY), 0);
+        CHECK_INT(_write(fds[1], bytes, size), size);
+        _close(fds[1]);
+    } else {
+        fds[0] = reopen(bytes, size, O_RDONLY | O_BINARY);
+    }
+    _setmode(fds[0], mode);
+    return fds[0];
+}
+
+/* Unicode text from pipes and files, given whole or byte by byte, read in pieces that cut it. */
+static void test_unicode_edges(void)
+{
+    static const struct {
+        const char *label;
+        int mode;
+        unsigned size;
+        const char *bytes;
+        unsigned first, piece; /* bytes of the first read and of the others */
+        const wchar_t *due;
+    } cases[] = {
+        {"the low byte of the unit behind a CR is LF", O_U16TEXT, 8, "a\0\r\0\n\x01z\0", 4, 8, L"a\r\x010Az"},
+        {"the high byte is LF", O_U16TEXT, 4, "\r\0\r\n", 2, 2, L"\r\x0A0D"},
+        {"line ends of UTF-16", O_U16TEXT, 12, "a\0\r\0\n\0\r\0\n\0b\0", 4, 2, L"a\n\nb"},
+        {"half a unit at the end", O_U16TEXT, 3, "a\0b", 8, 8, L"a"},
+        {"a CR before a cut sequence", O_U8TEXT, 5, "\r\xE2\x82\xACz", 4, 4, L"\r\x20ACz"},
+        {"more is kept than the next read wants", O_U8TEXT, 7, "abc\xE2\x82\xACz", 10, 2, L"abc\x20ACz"},
+        {"pairs", O_U8TEXT, 9, "\xF0\x9F\x98\x80" "b\xF0\x9F\x98\x80", 4, 4, L"\xD83D\xDE00" L"b\xD83D\xDE00"},
+        {"line ends of UTF-8", O_U8TEXT, 9, "\xC3\xA9\r\n\r\n\rxy", 4, 2, L"\xE9\n\n\rxy"},
+    };
+    for (size_t i = 0; i < 4 * sizeof cases / sizeof *cases; ++i) {
+        int pipe = i & 1, trickle = i >> 1 & 1, count;
+        wchar_t text[20] = L"";
+        unsigned length = 0, piece = cases[i / 4].first;
+        check_label = cases[i / 4].label;
+        int fd = open_unicode(pipe, cases[i / 4].mode, cases[i / 4].bytes, cases[i / 4].size);
+        if (trickle) real_read = script_import("ReadFile", one_byte);
+        for (; (count = _read(fd, text + length / 2, piece)) > 0; piece = cases[i / 4].piece)
+            length += (unsigned)count;
+        script_restore();
+        text[length / 2] = L'\0';
+        CHECK_INT(count, 0);
+        CHECK_WSTR(text, cases[i / 4].due);
+        _close(fd);
+    }
+    check_label = "";
+    for (int pipe = 0; pipe < 2; ++pipe) {
+        wchar_t text[4];
+        int fd = open_unicode(pipe, O_U8TEXT, "\xF0\x9F\x98\x80zzzzzzzzzzzzzzzz\xE2", 21);
+        CHECK_ERRNO(_read(fd, text, 2), -1, EINVAL); /* a pair does not fit, and is not lost */
+        CHECK_ERRNO(_read(fd, text, 3), -1, EINVAL);
+        CHECK_INT(_read(fd, text, 8), pipe ? 4 : 8);
+        CHECK_MEM(text, L"\xD83D\xDE00", 4);
+        int count;
+        while ((count = _read(fd, text, 8)) > 0) {}
+        CHECK_INT(count, -1); /* the cut sequence at the end */
+        _close(fd);
+    }
+}
+
+/* What was read ahead goes with the descriptor; another one of its number starts anew. */
+static void test_closing_drops_read_ahead(void)
+{
+    char text[8];
+    for (int round = 0; round < 2; ++round) {
+        int fds[2];
+        _pipe(fds, 1024, O_TEXT);
+        _write(fds[1], "\rab", 3);
+        CHECK_INT(_read(fds[0], text, 1), 1);
+        CHECK_INT(text[0], '\r');
+        _close(fds[0]);
+        _close(fds[1]);
+    }
 }
 
 static void check_written(const char *text, unsigned size, int result, const char *due, long length)
@@ -209,6 +296,8 @@ int main(void)
     test_split_pair();
     test_ctrl_z_lasts_until_a_seek();
     test_pipe_look_ahead();
+    test_unicode_edges();
+    test_closing_drops_read_ahead();
     test_write_lines();
     test_write_failures();
     test_read_failures();
