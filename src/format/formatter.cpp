@@ -41,10 +41,10 @@ int next_piece(char *piece, const wchar_t *&text, mbstate_t &state) {
 }
 
 int next_piece(wchar_t *piece, const char *&text, mbstate_t &state) {
-    int taken = decode_character(piece, text, no_limit, state);
-    if (taken <= 0) return taken < 0 ? -1 : 0;
+    int taken = take_character(*piece, text, no_limit, state);
+    if (taken < 0) return -1;
     text += taken;
-    return 1;
+    return *piece != L'\0';
 }
 
 // Literal text of a format: how much of it is output as it is, and the length of the '%' behind it,
@@ -72,11 +72,10 @@ Literal scan_multibyte(const char *text, mbstate_t &state) {
     size_t length = 0;
     for (;;) {
         wchar_t wc = L'\0';
-        int taken = decode_character(&wc, text + length, no_limit, state);
-        unsigned bytes = taken > 0 ? static_cast<unsigned>(taken) : text[length] != '\0';
-        if (wc == L'%') return {length, bytes};
-        length += bytes;
-        if (wc == L'\0') return {length, 0};
+        int taken = take_character(wc, text + length, no_limit, state);
+        if (taken < 0 || wc == L'\0') return {length + (text[length] != '\0'), 0};
+        if (wc == L'%') return {length, static_cast<unsigned>(taken)};
+        length += static_cast<unsigned>(taken);
     }
 }
 

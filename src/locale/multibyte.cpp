@@ -241,8 +241,9 @@ int take_character_by_mode(wchar_t &to, const char *s, size_t n, mbstate_t &stat
         return 2;
     }
     const LocaleRecord &locale = *thread_record().locale;
-    bool two_bytes = mode_word(locale) == mode_code_page && *s &&
-                     IsDBCSLeadByteEx(locale.code_page, static_cast<BYTE>(*s));
+    auto first = static_cast<BYTE>(*s);
+    bool two_bytes = mode_word(locale) == mode_code_page && first >= 0x80 &&
+                     IsDBCSLeadByteEx(locale.code_page, first);
     if (two_bytes && n < 2) return incomplete_sequence;
     mbstate_t trial = state;
     int used = decode_by_mode(&to, s, n, trial);

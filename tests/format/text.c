@@ -1,6 +1,7 @@
 /* %s and %c, with and without l, in both engines. */
 #include "check.h"
 
+#include <locale.h>
 #include <stdlib.h>
 
 static int (*volatile narrow)(char *, size_t, const char *, ...) = snprintf;
@@ -141,6 +142,25 @@ static void test_long_converted_text(void)
     check_label = "";
 }
 
+/* Characters of two bytes, whose second may be the first of another: as text of a format, and as
+   narrow text that the wide engine converts. */
+static void test_two_byte_characters(void)
+{
+    if (!setlocale(LC_ALL, "JP")) {
+        CHECK(!"JP");
+        return;
+    }
+    NARROW("\x8A\xBF\x8E\x9A" "5%", "\x8A\xBF\x8E\x9A%d%%", 5);
+    NARROW("\x8A\xBF\x8E\x9A", "%ls", L"\x6F22\x5B57");
+    NARROW(" \x8A\xBF", "%3.3ls", L"\x6F22\x5B57");
+    NARROW("a\x8A", "a\x8A%d", 5); /* a byte that is no character ends the format */
+    WIDE(L"[  \x6F22\x5B57]", L"[%4s]", "\x8A\xBF\x8E\x9A");
+    WIDE(L"\x6F22|", L"%.1s|", "\x8A\xBF\x8E\x9A");
+    CHECK_ERRNO(wide(wide_text, 1200, L"[%s]", "a\x8A"), -1, EILSEQ);
+    CHECK_WSTR(wide_text, L"[a");
+    setlocale(LC_ALL, "C");
+}
+
 /* The buffer of a padded field comes from the heap; this one cannot be had. */
 static void test_no_memory(void)
 {
@@ -190,6 +210,7 @@ int main(void)
     test_wide_text_in_narrow();
     test_narrow_text_in_wide();
     test_long_converted_text();
+    test_two_byte_characters();
     test_no_memory();
     return check_done();
 }
