@@ -32,6 +32,8 @@ struct Lock {
     void enter();
     void leave();
     void destroy(); // closes the event; the lock is free and zero again
+    // Whether another thread has it just now.
+    bool held_elsewhere() const { return state && owner != current_thread_id(); }
 
 private:
     void enter_shared(DWORD me);

@@ -1,6 +1,7 @@
 #include "stdio/stream_table.h"
 
 #include "heap/heap.h"
+#include "io/io.h"
 #include "startup/startup.h"
 
 namespace vexrt {
@@ -74,6 +75,16 @@ void reset_buffers(Stream &stream) {
 
 namespace {
 
+// Whether another thread reads and may wait for input without end, holding the stream or, in a call
+// past it, the descriptor. The process is not held up by that: there is nothing to be flushed or
+// deleted, and the system closes what is left open.
+bool waits_for_input(const Stream &s) {
+    if (s.flags & SF_WRITING || s.tmpname) return false;
+    const Descriptor *descriptor = s.is_custom() ? nullptr : open_descriptor(s.fd);
+    return stream_lock(s.index).held_elsewhere() ||
+           (descriptor && descriptor->lock.held_elsewhere());
+}
+
 // A process that is ending may have been stopped in the middle of the heap: its streams are
 // flushed, the records stay.
 void close_all() {
@@ -83,7 +94,7 @@ void close_all() {
     }
     StreamTableLocked table;
     for (Stream *stream : stream_table) {
-        if (!stream) continue;
+        if (!stream || waits_for_input(*stream)) continue;
         Locked guard(stream_lock(stream->index));
         close_stream(*stream);
     }

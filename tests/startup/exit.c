@@ -45,6 +45,13 @@ static unsigned long __stdcall read_for_ever(void *stream)
     return 0;
 }
 
+static unsigned long __stdcall read_past_streams(void *fd)
+{
+    char byte;
+    _read((int)(size_t)fd, &byte, 1);
+    return 0;
+}
+
 /* Many atexit calls; how many are taken is written by the last resort of stderr. */
 static void fill_handlers(void)
 {
@@ -151,6 +158,15 @@ static int child_main(const char *what)
         CreateThread(NULL, 0, read_for_ever, _fdopen(fds[0], "r"), 0, NULL);
         Sleep(50);
         ExitProcess(8);
+    } else if (strcmp(what, "waiting-readers") == 0) {
+        int fds[2][2];
+        for (int i = 0; i < 2; ++i) _pipe(fds[i], 512, 0);
+        open_with_text();
+        CreateThread(NULL, 0, read_for_ever, _fdopen(fds[0][0], "r"), 0, NULL);
+        _fdopen(fds[1][0], "r"); /* a stream, and a reader past it */
+        CreateThread(NULL, 0, read_past_streams, (void *)(size_t)fds[1][0], 0, NULL);
+        Sleep(50);
+        exit(11);
     } else if (strcmp(what, "assert") == 0) {
         open_with_text();
         assert(1 == 1);
@@ -219,6 +235,7 @@ static const struct {
     {"handlers-open", 0, "", "79", ""},
     {"quick-handlers", 0, "", "80", ""},
     {"busy-threads", 8, "", "", "buffered"},
+    {"waiting-readers", 11, "", "", "buffered"}, /* nobody waits for them */
     {"assert-no-box", 1, "abort -- terminating\r\n", "", ""}, /* text mode was duplicated, too */
     {"no-record", 255, "", "CRT: corrupt per-thread data -- terminating\n", ""},
     {"no-lock", 255, "", "CRT: out of memory -- terminating\n", ""},
