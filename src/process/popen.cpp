@@ -93,24 +93,32 @@ private:
 FILE *open_stream(int fd, const char *mode) { return _fdopen(fd, mode); }
 FILE *open_stream(int fd, const wchar_t *mode) { return _wfdopen(fd, mode); }
 
-// With the parent's end not inheritable, the child holds no copy of it.
+// Starts the command with the other end of the stream's pipe. With the parent's end not
+// inheritable, the child holds no copy of it.
 template <typename Char>
-FILE *start(const Char *command, const Char *mode, const int ends[2], bool reads) {
-    Redirection standard(reads, ends[reads]);
-    FILE *stream = standard ? open_stream(ends[!reads], mode) : nullptr;
-    if (!stream) {
-        _close(ends[!reads]);
-        return nullptr;
-    }
+bool start(const Char *command, FILE *stream, int end, bool reads) {
+    Redirection standard(reads, end);
+    if (!standard) return false;
     Locked guard(numbered_lock(lock_pipes));
     PipeEntry *entry = free_entry();
     intptr_t process = entry ? run_command(spawn_handle, command) : -1;
-    if (process == -1) {
-        fclose(stream);
+    if (process == -1) return false;
+    *entry = {stream, process};
+    return true;
+}
+
+// The stream is opened and closed while no descriptor is locked, since that takes the lock of all
+// streams, under which another thread may be flushing to that descriptor.
+template <typename Char>
+FILE *open_on_pipe(const Char *command, const Char *mode, const int ends[2], bool reads) {
+    FILE *stream = open_stream(ends[!reads], mode);
+    if (!stream) {
+        for (int i = 0; i < 2; ++i) _close(ends[i]);
         return nullptr;
     }
-    *entry = {stream, process};
-    return stream;
+    if (start(command, stream, ends[reads], reads)) return stream;
+    fclose(stream);
+    return nullptr;
 }
 
 template <typename Char>
@@ -120,7 +128,7 @@ FILE *open_pipe(const Char *command, const Char *mode) {
     int ends[2];
     int text_mode = mode[1] == 'b' ? O_BINARY : O_TEXT;
     if (_pipe(ends, pipe_size, text_mode | O_NOINHERIT) != 0) return nullptr;
-    return start(command, mode, ends, *mode == 'r');
+    return open_on_pipe(command, mode, ends, *mode == 'r');
 }
 
 } // namespace

@@ -56,6 +56,7 @@ int read_memory(CustomStream *stream, char *to, unsigned count) {
     Memory &memory = memory_of(stream);
     uint32_t left = memory.position < memory.size ? memory.size - memory.position : 0;
     if (count > left) count = left;
+    if (count == 0) return 0; // nothing becomes longer where a seek went beyond the end
     memcpy(to, memory.buffer + memory.position, count);
     memory.position += count;
     if (memory.length < memory.position) memory.length = memory.position;

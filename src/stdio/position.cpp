@@ -110,7 +110,7 @@ int seek(Stream &s, const fpos_t *saved, int64_t offset, int origin) {
     if (!is_usable(s) || flush(s) != 0) return fail_with(EFPOS);
     if (saved) offset += saved->__position;
     if (!move_below(s, offset, origin)) return fail_with(EFPOS);
-    if (s.flags & (SF_READING | SF_WRITING)) discard_buffer(s);
+    discard_buffer(s); // an idle stream has one, too: a character that the input ended in
     if (saved) {
         const auto *state = reinterpret_cast<const mbstate_t *>(saved->__state);
         s.conv_state = *state;

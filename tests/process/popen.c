@@ -1,11 +1,46 @@
 /* Command pipes: both directions, text and bytes, large transfers, what stays as it was. */
 #include "check.h"
+#include "script.h"
 
 #include <io.h>
 #include <stdlib.h>
 
+__declspec(dllimport) void *__stdcall CreateThread(void *, size_t, unsigned long(__stdcall *)(void *), void *,
+                                                   unsigned long, unsigned long *);
+__declspec(dllimport) unsigned long __stdcall WaitForSingleObject(void *object, unsigned long milliseconds);
+
+static unsigned long __stdcall flush_all(void *unused) { return (unsigned long)fflush(NULL); }
+
+/* While standard output is redirected, another thread flushes to it. */
+static int(__stdcall *real_duplicate)(void *, void *, void *, void **, unsigned, int, unsigned);
+static void *flusher;
+static int __stdcall duplicate_and_flush(void *from_process, void *from, void *to_process, void **to, unsigned access,
+                                         int inherit, unsigned options)
+{
+    if (!flusher) {
+        flusher = CreateThread(NULL, 0, flush_all, NULL, 0, NULL);
+        WaitForSingleObject(flusher, 50);
+    }
+    return real_duplicate(from_process, from, to_process, to, access, inherit, options);
+}
+
+static void test_flush_meanwhile(void)
+{
+    static char buffer[64];
+    char line[20];
+    setvbuf(stdout, buffer, _IOFBF, sizeof buffer);
+    printf("buffered\n");
+    real_duplicate = script_import("DuplicateHandle", duplicate_and_flush);
+    FILE *pipe = _popen("echo one", "r");
+    script_restore();
+    CHECK_INT(WaitForSingleObject(flusher, 10000), 0);
+    CHECK_STR(fgets(line, sizeof line, pipe), "one\n");
+    CHECK_INT(_pclose(pipe), 0);
+}
+
 int main(void)
 {
+    test_flush_meanwhile();
     char line[80], *block = malloc(65536);
     FILE *pipe = _popen("echo one&& echo two", "r");
     CHECK_STR(fgets(line, sizeof line, pipe), "one\n");
