@@ -141,8 +141,8 @@ int vsscanf_s(const char *_VEXRT_RESTRICT s, const char *_VEXRT_RESTRICT format,
  * Opens the file `path` as a stream. `mode`: r (read), w (new or emptied, write) or a (write at the
  * end); then b (binary, no translation of line ends) and + (read and write) in any order; then x
  * (the file must not exist). A text stream may end in ",ccs=" and UTF-8, UTF-16LE or UNICODE. There
- * is no t. Returns null with errno set by _open(), EINVAL for null arguments; an invalid mode sets
- * no errno. At most 256 streams exist.
+ * is no t. Returns null with errno set by _open(), EINVAL for null arguments, EMFILE when there
+ * are 256 streams, ENOMEM; an invalid mode sets no errno.
  */
 FILE *fopen(const char *_VEXRT_RESTRICT filename, const char *_VEXRT_RESTRICT mode);
 FILE *_wfopen(const wchar_t *_VEXRT_RESTRICT filename, const wchar_t *_VEXRT_RESTRICT mode);
@@ -167,8 +167,8 @@ FILE *freopen(const char *_VEXRT_RESTRICT filename, const char *_VEXRT_RESTRICT 
 FILE *_wfreopen(const wchar_t *_VEXRT_RESTRICT filename, const wchar_t *_VEXRT_RESTRICT mode,
                 FILE *_VEXRT_RESTRICT stream);
 
-/* The same with the stream stored in *newstreamptr. Return 0 or the errno of the failure; EINVAL (a
-   constraint violation) for a null newstreamptr, mode or stream. */
+/* The same with the stream stored in *newstreamptr. Return 0 or the errno of the failure (EINVAL where it
+   is 0); EINVAL (a constraint violation) for a null newstreamptr, mode or stream. */
 errno_t freopen_s(FILE *_VEXRT_RESTRICT *_VEXRT_RESTRICT newstreamptr,
                   const char *_VEXRT_RESTRICT filename, const char *_VEXRT_RESTRICT mode,
                   FILE *_VEXRT_RESTRICT stream);
@@ -334,8 +334,9 @@ errno_t tmpfile_s(FILE *_VEXRT_RESTRICT *_VEXRT_RESTRICT streamptr);
  * Opens a stream on `size` bytes at `buf`, or for a null `buf` on memory of its own. What is there up to
  * the first NUL is the contents; "w" makes them empty, "a" begins behind them. A text stream keeps its
  * contents terminated as they grow; a write that does not fit is cut short with ENOSPC. Null with EINVAL
- * for a size of 0, and for an invalid mode. Differs from POSIX in that an offset from the end (SEEK_END)
- * counts backwards, and reads go on to `size`.
+ * for a size of 0 or above INT_MAX and for a null mode, with EMFILE, with ENOMEM; an invalid mode sets no
+ * errno. Differs from POSIX in that an offset from the end (SEEK_END) counts backwards, and reads go on to
+ * `size`.
  */
 FILE *fmemopen(void *_VEXRT_RESTRICT buf, size_t size, const char *_VEXRT_RESTRICT mode);
 

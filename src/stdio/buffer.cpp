@@ -14,8 +14,9 @@ namespace vexrt {
 namespace {
 
 // Text is written to a descriptor in pieces whose translation fits one chunk there, so that the
-// chunk boundaries, where a character would be passed over, never fall inside: bytes, by encoding.
-constexpr unsigned text_pieces[] = {1023, 510, 1022};
+// chunk boundaries, where a character would be passed over, never fall inside, line ends alone
+// included: bytes, by encoding.
+constexpr unsigned text_pieces[] = {1024, 512, 1024};
 
 constexpr uint32_t buffering = SF_LINEBUF | SF_NOBUF;
 

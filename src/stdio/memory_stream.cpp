@@ -131,7 +131,7 @@ CustomStream *open_custom(const char *mode, int (*close)(CustomStream *)) {
     memory_of(stream) = {};
     stream->close_fn = close;
     uint32_t flags = stream->flags;
-    if (!mode || !parse_mode(mode, false, flags)) {
+    if (!parse_mode(mode, false, flags)) {
         close_stream(*stream);
         return nullptr;
     }
@@ -171,7 +171,7 @@ FILE *open_growing(Char **buffer, size_t *size) {
 using namespace vexrt;
 
 extern "C" FILE *fmemopen(void *buffer, size_t size, const char *mode) {
-    if (size == 0 || size > INT_MAX) {
+    if (size == 0 || size > INT_MAX || !mode) {
         set_errno(EINVAL);
         return nullptr;
     }

@@ -131,7 +131,9 @@ errno_t reopen_checked(FILE *__restrict *result, const Char *path, const Char *m
     if (result) *result = nullptr;
     if (!result || !mode || !file) return report_constraint(EINVAL);
     *result = reopen_stream(path, mode, file, SF_UMODE);
-    return *result ? 0 : thread_record().error_number;
+    if (*result) return 0;
+    errno_t error = thread_record().error_number;
+    return error ? error : EINVAL; // an invalid mode sets no errno
 }
 
 } // namespace

@@ -45,7 +45,10 @@ Stream *allocate_stream(bool custom) {
             return stream;
         }
         void *record = heap_allocate(custom ? sizeof(CustomStream) : sizeof(Stream));
-        if (!record) break;
+        if (!record) {
+            set_errno(ENOMEM);
+            return nullptr;
+        }
         auto *stream = static_cast<Stream *>(record);
         if (custom)
             *static_cast<CustomStream *>(stream) = CustomStream{};
@@ -56,6 +59,7 @@ Stream *allocate_stream(bool custom) {
         stream_table[i] = stream;
         return stream;
     }
+    set_errno(EMFILE);
     return nullptr;
 }
 

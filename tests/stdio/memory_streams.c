@@ -46,7 +46,8 @@ static void test_fixed(void)
     CHECK_INT(_fileno(file), -1);
     fclose(file);
     CHECK_ERRNO(fmemopen(memory, 0, "r") == NULL, 1, EINVAL);
-    CHECK(!fmemopen(memory, 5, "q") && !fmemopen(memory, 5, NULL) && !fmemopen(memory, 5, "r,ccs=UTF-8"));
+    CHECK_ERRNO(fmemopen(memory, 5, NULL) == NULL, 1, EINVAL);
+    CHECK(!fmemopen(memory, 5, "q") && !fmemopen(memory, 5, "r,ccs=UTF-8"));
 }
 
 static void test_growing(void)

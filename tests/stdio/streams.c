@@ -97,6 +97,8 @@ static void test_checked_opening(void)
     file = fopen(NAME, "r");
     CHECK_INT(freopen_s(&same, "missing.tmp", "r", file), ENOENT);
     CHECK(same == NULL);
+    errno = 0;
+    CHECK_INT(freopen_s(&same, NAME, "rt", fopen(NAME, "r")), EINVAL);
     set_constraint_handler_s(NULL);
 }
 
@@ -205,13 +207,14 @@ static void test_buffering(void)
     fclose(file);
 }
 
-/* A text stream with a large buffer loses nothing at the chunk boundaries of the descriptor. */
-static void test_large_text_buffer(void)
+/* A text stream with a large buffer loses nothing at the chunk boundaries of the descriptor, however many
+   of its bytes are line ends. */
+static void check_large_text_buffer(int line_end_every)
 {
-    static char text[20000], bytes[24000];
+    static char text[20000], bytes[40000];
     size_t due = 0;
     for (int i = 0; i < 20000; ++i) {
-        text[i] = (char)(i % 61 == 60 ? '\n' : 'a' + i % 26);
+        text[i] = (char)(i % line_end_every ? 'a' + i % 26 : '\n');
         if (text[i] == '\n') bytes[due++] = '\r';
         bytes[due++] = text[i];
     }
@@ -220,15 +223,22 @@ static void test_large_text_buffer(void)
     CHECK_INT(fwrite(text, 1, sizeof text, file), sizeof text);
     CHECK_INT(ftell(file), due);
     fclose(file);
-    static char read_back[24000];
+    static char read_back[40000];
     file = fopen(NAME, "rb");
     CHECK_INT(fread(read_back, 1, sizeof read_back, file), due);
     CHECK(memcmp(read_back, bytes, due) == 0);
     fclose(file);
     file = fopen(NAME, "r");
     CHECK_INT(fread(read_back, 7, 3000, file), 20000 / 7);
-    CHECK(memcmp(read_back, text, 20000) == 0);
+    CHECK(memcmp(read_back, text, 20000 / 7 * 7) == 0);
     fclose(file);
+}
+
+static void test_large_text_buffer(void)
+{
+    check_large_text_buffer(1);
+    check_large_text_buffer(2);
+    check_large_text_buffer(61);
 }
 
 /* Blocks of every size against the same bytes one at a time. */
@@ -311,6 +321,7 @@ static void test_table(void)
     write_file("x", 1);
     while ((files[count] = fopen(NAME, "r")) != NULL) ++count;
     CHECK_INT(count, 253);
+    CHECK_ERRNO(fopen(NAME, "r"), 0, EMFILE);
     CHECK_INT(fclose(files[100]), 0);
     FILE *again = fopen(NAME, "r");
     CHECK(again != NULL);

@@ -78,6 +78,22 @@ static void test_round_trips(void)
     check_label = "";
 }
 
+/* Line ends alone take the most room below; a large buffer loses none of them. */
+static void test_many_line_ends(void)
+{
+    for (size_t e = 1; e < 3; ++e) {
+        int count = 0;
+        FILE *file = open_with("w", encodings[e], 8192);
+        for (int i = 0; i < 4000; ++i) fputwc(L'\n', file);
+        fclose(file);
+        file = open_with("r", encodings[e], 0);
+        while (fgetwc(file) == L'\n') ++count;
+        CHECK_INT(count, 4000);
+        CHECK(feof(file));
+        fclose(file);
+    }
+}
+
 /* Every character of the basic plane but Ctrl-Z, which ends a text, and WEOF; lone surrogates are not for
    UTF-8. */
 static void test_every_character(void)
@@ -337,6 +353,7 @@ static void test_pipes(void)
 int main(void)
 {
     test_round_trips();
+    test_many_line_ends();
     test_every_character();
     test_bytes();
     test_orientation();
