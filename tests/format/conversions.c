@@ -35,68 +35,30 @@ static void test_literals(void)
     BOTH("1 22 333", "%d %d %d", 1, 22, 333);
 }
 
-static void test_decimal(void)
+/* Widths, precisions, flags and magnitudes are gone through by integers.c; here are the limits and what the
+   flags do to each other and to zero. */
+static void test_integers(void)
 {
-    BOTH("0", "%d", 0);
-    BOTH("-1", "%i", -1);
-    BOTH("2147483647", "%d", 2147483647);
-    BOTH("-2147483648", "%d", -2147483647 - 1);
-    BOTH("4294967295", "%u", -1);
-    BOTH("18446744073709551615", "%llu", -1LL);
+    BOTH("-2147483648", "%i", -2147483647 - 1);
     BOTH("-9223372036854775808", "%lld", LOWEST);
     BOTH("-9223372036854775808", "%I64d", LOWEST);
     BOTH("-9223372036854775808", "%jd", LOWEST);
-    BOTH("4294967296", "%llu", 4294967296LL);
-    BOTH("1000000000000000000", "%lld", 1000000000000000000LL);
-    BOTH("    5", "%5d", 5);
-    BOTH("5    |", "%-5d|", 5);
-    BOTH("00005", "%05d", 5);
-    BOTH("-0005", "%05d", -5);
-    BOTH("+5", "%+d", 5);
-    BOTH(" 5", "% d", 5);
     BOTH("+5", "% +d", 5);
-    BOTH("-5", "% +d", -5);
     BOTH("5", "%+u", 5);
-    BOTH("5", "% u", 5);
     BOTH("     005", "%08.3d", 5);
-    BOTH("     +005", "%+09.3d", 5);
     BOTH("5       |", "%-08d|", 5);
-    BOTH("005", "%.3d", 5);
-    BOTH("-005", "%.3d", -5);
-    BOTH("12345", "%.3d", 12345);
-    BOTH("   12345", "%08.3d", 12345);
     BOTH("", "%.0d", 0);
     BOTH("", "%.d", 0);
-    BOTH("", "%.0u", 0);
-    BOTH("     |", "%5.0d|", 0);
     BOTH("+", "%+.0d", 0);
-    BOTH("7", "%.0d", 7);
-}
-
-static void test_other_bases(void)
-{
-    BOTH("10", "%o", 8);
     BOTH("010", "%#o", 8);
     BOTH("0", "%#o", 0);
     BOTH("", "%#.0o", 0);
-    BOTH("00010", "%#.5o", 8);
     BOTH("010", "%#.3o", 8);
-    BOTH("00000010", "%#08o", 8);
-    BOTH("1777777777777777777777", "%llo", -1LL);
     BOTH("01777777777777777777777", "%#llo", -1LL);
-    BOTH("0", "%x", 0);
     BOTH("0", "%#x", 0);
-    BOTH("", "%#.0x", 0);
-    BOTH("deadbeef", "%x", 0xDEADBEEF);
-    BOTH("DEADBEEF", "%X", 0xDEADBEEF);
-    BOTH("0xdeadbeef", "%#x", 0xDEADBEEF);
     BOTH("0XDEADBEEF", "%#X", 0xDEADBEEF);
     BOTH("0x00001f", "%#08x", 0x1F);
-    BOTH("    0x1f", "%#8x", 0x1F);
-    BOTH("0x1f    |", "%-#8x|", 0x1F);
-    BOTH("0x0000001f", "%#.8x", 0x1F);
     BOTH("fedcba9876543210", "%llx", 0xFEDCBA9876543210ULL);
-    BOTH("10000000f", "%llx", 0x10000000FULL);
 }
 
 static void test_lengths(void)
@@ -155,14 +117,12 @@ static void test_width_and_precision(void)
     BOTH("     7", "%*d", 6, 7);
     BOTH("7     |", "%*d|", -6, 7);
     BOTH("7     |", "%0*d|", -6, 7);
-    BOTH("007", "%.*d", 3, 7);
     BOTH("7", "%.*d", -1, 7);
     BOTH("00007", "%05.*d", -1, 7);
     BOTH("   007", "%*.*d", 6, 3, 7);
     /* Padding is longer than the pieces that it goes out in. */
     BOTH("                                                                     7", "%70d", 7);
     BOTH("0000000000000000000000000000000000000000000000000000000000000000000007", "%070d", 7);
-    BOTH("0000000000000000000000000000000000000000000000000000000000000000000007", "%.70d", 7);
     BOTH("                                7", "%33d", 7);
     BOTH("7                                |", "%-33d|", 7);
 }
@@ -227,8 +187,7 @@ static void test_huge(void)
 int main(void)
 {
     test_literals();
-    test_decimal();
-    test_other_bases();
+    test_integers();
     test_lengths();
     test_pointers();
     test_unknown();
