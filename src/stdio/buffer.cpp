@@ -20,25 +20,31 @@ constexpr unsigned text_pieces[] = {1024, 512, 1024};
 
 constexpr uint32_t buffering = SF_LINEBUF | SF_NOBUF;
 
+// An empty buffer: the pointers of either orientation lie in it.
+void point_at(Stream &s, char *buffer, unsigned size) {
+    s.base = s.pos = s.read_end = s.put_limit = s.wide_read_end = s.wide_put_limit = buffer;
+    s.end = buffer + size;
+}
+
+bool wants_buffer(const Stream &s) { return !(s.flags & buffering) && s.base == s.inline_buf; }
+
 // Without memory the stream stays with its one-byte buffer; that is no error.
 void provide_buffer(Stream &s) {
-    if ((s.flags & buffering) || s.base != s.inline_buf) return;
+    if (!wants_buffer(s)) return;
     auto *buffer = static_cast<char *>(heap_allocate(automatic_buffer_size));
     if (!buffer) {
         s.end = s.base + 1;
         return;
     }
     s.flags |= SF_OWNBUF;
-    s.base = s.wide_read_end = s.wide_put_limit = buffer;
-    s.end = buffer + automatic_buffer_size;
+    point_at(s, buffer, automatic_buffer_size);
 }
 
 // At the first write of a stream.
 void start_writing(Stream &s) {
-    if ((s.flags & buffering) || s.base != s.inline_buf) return;
+    if (!wants_buffer(s)) return;
     register_close_at_exit();
     provide_buffer(s);
-    s.pos = s.base;
 }
 
 // The length of the first piece of a text. A pair of surrogates is not cut.
@@ -183,11 +189,6 @@ namespace {
 // One buffer each: standard output and standard error run under locks of their own.
 constexpr unsigned lent_size = 1024;
 char lent_buffers[2][lent_size];
-
-void point_at(Stream &s, char *buffer, unsigned size) {
-    s.base = s.pos = s.read_end = s.put_limit = s.wide_read_end = s.wide_put_limit = buffer;
-    s.end = buffer + size;
-}
 
 } // namespace
 

@@ -196,6 +196,28 @@ static void test_orientation(void)
     CHECK(!fgetws(NULL, 3, stdin) && !fgetws((wchar_t[1]){0}, 0, stdin));
 }
 
+/* Bytes have no business on a stream that writes wide characters, wherever in memory its buffer lies: below
+   the record, too, which takes a young heap. */
+static void test_bytes_between_wide_characters(void)
+{
+    for (int buffer_below = 1; buffer_below >= 0; --buffer_below) {
+        unsigned char bytes[8];
+        void *holes[40];
+        for (int i = 0; i < 40; ++i) holes[i] = malloc(600);
+        FILE *file = open_with("w+", "", 0);
+        for (int i = 0; i < 40 && buffer_below; ++i) free(holes[i]);
+        fputwc(L'a', file);
+        CHECK_INT(fputc('x', file), EOF);
+        CHECK(ferror(file));
+        CHECK_INT(fgetc(file), EOF);
+        fputwc(L'b', file);
+        fclose(file);
+        for (int i = 0; i < 40 && !buffer_below; ++i) free(holes[i]);
+        CHECK_INT(bytes_of_file(bytes, sizeof bytes), 2);
+        CHECK_MEM(bytes, "ab", 2);
+    }
+}
+
 static void test_pushback_and_positions(void)
 {
     for (size_t e = 0; e < 3; ++e) {
@@ -352,6 +374,7 @@ static void test_pipes(void)
 
 int main(void)
 {
+    test_bytes_between_wide_characters();
     test_round_trips();
     test_many_line_ends();
     test_every_character();
