@@ -18,6 +18,7 @@ private:
 
     static bool send(Output<Char> &output, const Char *text, size_t count) {
         auto &self = static_cast<SinkOutput &>(output);
+        if (!self.state_) return false; // a sink that has failed is not called again
         if (self.used() && !self.deliver(self.window_, self.used())) return false;
         self.pos_ = self.begin_;
         if (count <= window_size) return self.put(text, count);

@@ -73,6 +73,7 @@ static void test_failures(void)
     FILE *stream = fopen(FILE_NAME, "rb");
     CHECK_INT(fprintf(stream, "x"), -1);
     CHECK(ferror(stream));
+    CHECK_INT(fprintf(stream, "%700d%700d", 1, 2), -1); /* longer than what is gathered */
     fclose(stream);
     /* What came before the failure is there. */
     stream = fopen(FILE_NAME, "wb");
