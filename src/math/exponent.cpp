@@ -53,18 +53,18 @@ constexpr int power_limit = 3000;
 
 double scaled(double x, int power, const char *name) {
     if (!has_exponent(x)) return x + x;
+    Call call = {name, x, static_cast<double>(power)};
     power = power > power_limit ? power_limit : power < -power_limit ? -power_limit : power;
     auto [significand, field] = parts_of(x);
-    Call call = {name, x, static_cast<double>(power)};
     return checked(compose(sign_of(x), significand << 11, field - 1023 + power), call);
 }
 
 float scaled(float x, int power, const char *name) {
     if (!has_exponent(x)) return x + x;
+    Call call = {name, x, static_cast<double>(power)};
     constexpr int limit = 500;
     power = power > limit ? limit : power < -limit ? -limit : power;
-    double result = static_cast<double>(x) * power_of_two(power);
-    return narrow(result, {name, x, static_cast<double>(power)});
+    return narrow(static_cast<double>(x) * power_of_two(power), call);
 }
 
 template <typename Float>
