@@ -17,8 +17,8 @@ extern Stream standard_input __asm__("___stdin");
 extern Stream standard_output __asm__("___stdout");
 extern Stream standard_error __asm__("___stderr");
 
-// A free record, marked as taken; null with EMFILE when no slot is left, with ENOMEM without memory.
-// Caller holds lock 6.
+// A free record, marked as taken; null with EMFILE when no slot is left, with ENOMEM without
+// memory. Caller holds lock 6.
 Stream *allocate_stream(bool custom);
 
 // Sees to it that all streams are closed at exit; costs nothing after the first time.
