@@ -121,7 +121,7 @@ static void test_long_output(void)
     CHECK_STR((snprintf(text, sizeof text, "%.2147483647g", 0.5), text), "0.5");
 }
 
-/* The value that is printed is near: within one unit of the sixteenth digit. */
+/* The value that is printed is near, by a reader that rounds correctly. */
 static void test_random_values(void)
 {
     unsigned long long state = 88172645463325252ULL;
@@ -130,23 +130,13 @@ static void test_random_values(void)
         state ^= state >> 7;
         state ^= state << 17;
         unsigned long long bits = state & 0x7FFFFFFFFFFFFFFF;
-        double value, digits = 0;
-        memcpy(&value, &bits, sizeof value);
-        if (value != value || value > DBL_MAX) continue;
+        double value;
         char text[40];
+        memcpy(&value, &bits, sizeof value);
+        if (value != value || value > DBL_MAX / 2) continue;
         snprintf(text, sizeof text, "%.16e", value);
-        int exponent = (int)strtol(strchr(text, 'e') + 1, NULL, 10);
-        for (const char *c = text; *c != 'e'; ++c)
-            if (*c != '.') digits = digits * 10 + (*c - '0');
-        /* scale by powers that do not overflow on the way */
-        int power = exponent - 16;
-        for (; power > 0; --power) digits *= 10;
-        for (; power < 0; ++power) digits /= 10;
-        double error = digits > value ? digits - value : value - digits;
-        if (error > value * 1e-13 + DBL_TRUE_MIN * 2) {
-            CHECK_STR(text, "near the value");
-            return;
-        }
+        double error = strtod(text, NULL) - value;
+        if ((error < 0 ? -error : error) > value * 1e-13 + DBL_TRUE_MIN * 2) CHECK_STR(text, "near the value");
     }
     CHECK(1);
 }
