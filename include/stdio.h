@@ -267,8 +267,8 @@ int fseek(FILE *stream, long offset, int whence);
 int _fseeko(FILE *stream, off_t offset, int whence);
 int _fseek64(FILE *stream, long long offset, int whence);
 
-/* The position in the file; on a text stream a newline in the buffer counts as two bytes. -1 with
-   errno EFPOS on failure, or when it does not fit. */
+/* The position in the file; on a text stream a newline in the buffer counts as two bytes, but not on one
+   in memory. -1 with errno EFPOS on failure, or when it does not fit. */
 long ftell(FILE *stream);
 off_t _ftello(FILE *stream);
 long long _ftell64(FILE *stream);
