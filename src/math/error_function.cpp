@@ -65,13 +65,36 @@ double complement(double x, const char *name) {
     return report(MathError::underflow, call, 0);
 }
 
-// Beyond, a float's complement is less than half of the least float.
-constexpr float float_complement_vanishes = 12;
+// ---- float ----
+
+// From here on a float's error function rounds to 1. Where the complement is less than half of the
+// least float it vanishes.
+constexpr double float_erf_is_1 = 4, float_erfc_vanishes = 12;
+
+// Of a magnitude below 4, to the precision of float.
+double plain_erf(double x) {
+    double magnitude = absolute_value(x), square = x * x;
+    if (magnitude < 0.25)
+        return x * (two_over_root_pi_high + square * polynomial(erf_tail, square));
+    return with_sign_of(plain_value_of_pieces<10>(erf_pieces, magnitude - 0.25, 4), x);
+}
+
+float error_function(float x) {
+    if (!(absolute_value(x) < float_erf_is_1)) return is_nan(x) ? x + x : with_sign_of(1.0f, x);
+    return narrow(plain_erf(x), "erff", x);
+}
 
 float complement(float x) {
-    if (x > float_complement_vanishes && is_finite(x))
+    double wide = x;
+    if (wide < 0.25) return wide <= -float_erf_is_1 ? 2 : static_cast<float>(1 - plain_erf(wide));
+    if (wide < 1) return static_cast<float>(plain_value_of_pieces<10>(erfc_pieces, wide - 0.25, 4));
+    if (!(wide < float_erfc_vanishes)) {
+        if (!is_finite(x)) return is_nan(x) ? x + x : 0;
         return static_cast<float>(report(MathError::underflow, "erfcf", x, 0));
-    return narrow(complement(static_cast<double>(x), "erfcf"), "erfcf", x);
+    }
+    double inverse = 1 / wide;
+    double regular = plain_value_of_pieces<9>(scaled_erfc_pieces, inverse, 16);
+    return narrow(exponential_for_float(-(wide * wide)) * regular * inverse, "erfcf", x);
 }
 
 } // namespace
@@ -83,7 +106,7 @@ using namespace vexrt;
 extern "C" {
 
 double erf(double x) { return error_function(x, "erf"); }
-float erff(float x) { return narrow(error_function(x, "erff"), "erff", x); }
+float erff(float x) { return error_function(x); }
 long double erfl(long double x) { return error_function(double(x), "erfl"); }
 
 double erfc(double x) { return complement(x, "erfc"); }
