@@ -79,6 +79,11 @@ static void test_permissions(void)
     CHECK(fd >= 0);
     _close(fd);
     CHECK_INT(GetFileAttributesA(NAME), 0xFFFFFFFFu);
+    /* Opening it again for writing alone would delete it in between. */
+    write_file("x", 1);
+    fd = _open(NAME, O_WRONLY | O_APPEND | O_U8TEXT | O_TEMPORARY);
+    CHECK(fd >= 0);
+    _close(fd);
 }
 
 static void test_sharing(void)
