@@ -4,6 +4,7 @@
 #include "script.h"
 
 #include <io.h>
+#include <malloc.h>
 #include <stdlib.h>
 
 __declspec(dllimport) void __stdcall SetLastError(unsigned long code);
@@ -114,6 +115,9 @@ static void test_bounded_text(void)
     CHECK_INT(violations, 3);
 }
 
+static char *narrow_text;
+static wchar_t *wide_text;
+
 static unsigned long __stdcall other_thread(void *unused)
 {
     /* The first call of a thread makes its record; what the system said last must survive it. */
@@ -123,6 +127,8 @@ static unsigned long __stdcall other_thread(void *unused)
     CHECK_INT(*mine, 0);
     *mine = 55;
     CHECK_INT(strerror_s(NULL, 1, 1), EINVAL); /* the other thread's handler is not called */
+    narrow_text = strerror(15);
+    wide_text = _wcserror(15);
     return 0;
 }
 
@@ -136,6 +142,9 @@ static void test_threads(void)
     CloseHandle(thread);
     CHECK_INT(errno, 7);
     CHECK_INT(violations, 0);
+    CHECK_INT(__heap_validate(narrow_text), 0); /* freed with the thread; the wide one is kept */
+    CHECK_INT(__heap_validate(wide_text), 1);
+    CHECK_WSTR(wide_text, L"Error #015");
     set_constraint_handler_s(NULL);
     SetLastError(99);
     CHECK_INT(_isatty(5), 0);
