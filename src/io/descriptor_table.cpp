@@ -74,6 +74,12 @@ int free_handle(int fd) {
     return 0;
 }
 
+bool has_handle(const Descriptor &descriptor) {
+    if (descriptor.osfhandle != handle_none) return true;
+    set_errno(EBADF);
+    return false;
+}
+
 bool duplicate_handle(HANDLE from, bool inherit, HANDLE &to) {
     HANDLE process = GetCurrentProcess();
     return DuplicateHandle(process, from, process, &to, 0, inherit, DUPLICATE_SAME_ACCESS);

@@ -91,6 +91,9 @@ bool grow_descriptors(unsigned fd);
 int set_handle(int fd, HANDLE handle);
 int free_handle(int fd);
 
+// Whether an open descriptor has a handle, which a standard one may lack; sets EBADF if not.
+bool has_handle(const Descriptor &descriptor);
+
 // Duplicates a handle into this process.
 bool duplicate_handle(HANDLE from, bool inherit, HANDLE &to);
 
