@@ -1,6 +1,7 @@
 #include "core/lock.h"
 
 #include "core/fatal.h"
+#include "core/last_error.h"
 #include "heap/heap.h"
 
 namespace vexrt {
@@ -83,7 +84,7 @@ void Lock::enter_shared(DWORD me) {
         for (int i = 0; i < pauses; ++i) __builtin_ia32_pause();
         if (state == 0 && try_claim(state)) return;
     }
-    DWORD last_error = GetLastError();
+    LastErrorKept kept;
     // The event must be there before the owner is told of a waiter: it signals only what it finds.
     HANDLE wake = event_of(event);
     while (exchange(state, 2) != 0) {
@@ -93,7 +94,6 @@ void Lock::enter_shared(DWORD me) {
         else
             Sleep(1);
     }
-    SetLastError(last_error);
 }
 
 void Lock::leave_shared() {

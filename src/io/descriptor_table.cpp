@@ -1,3 +1,4 @@
+#include "core/last_error.h"
 #include "heap/heap.h"
 #include "io/io.h"
 
@@ -29,6 +30,14 @@ bool add_block() {
 }
 
 } // namespace
+
+// A device that is none fails, which is no error of the call that asks.
+bool Descriptor::is_console() const {
+    if (!(flags & FD_DEVICE)) return false;
+    LastErrorKept kept;
+    DWORD mode;
+    return GetConsoleMode(osfhandle, &mode);
+}
 
 int allocate_descriptor() {
     Locked table(numbered_lock(lock_descriptors));

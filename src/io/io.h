@@ -38,10 +38,7 @@ struct Descriptor {
     bool is_open() const { return flags & FD_OPEN; }
     bool is_text() const { return flags & FD_TEXT; }
     bool is_seekable() const { return !(flags & (FD_PIPE | FD_DEVICE)); }
-    bool is_console() const {
-        DWORD mode;
-        return (flags & FD_DEVICE) && GetConsoleMode(osfhandle, &mode);
-    }
+    bool is_console() const;
 };
 static_assert(offsetof(Descriptor, pending) == 2 && offsetof(Descriptor, lock_ready) == 5);
 static_assert(offsetof(Descriptor, lock) == 8 && offsetof(Descriptor, osfhandle) == 24);
