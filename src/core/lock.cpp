@@ -70,12 +70,19 @@ void wait_for_first_thread() {
 } // namespace
 
 void Lock::enter_shared(DWORD me) {
+    if (try_enter_shared(me)) return;
+    enter_contended();
+    take(me);
+}
+
+bool Lock::try_enter_shared(DWORD me) {
     if (owner == me) {
         ++depth;
-        return;
+        return true;
     }
-    if (!try_claim(state)) enter_contended();
+    if (!try_claim(state)) return false;
     take(me);
+    return true;
 }
 
 [[gnu::noinline]] void Lock::enter_contended() {

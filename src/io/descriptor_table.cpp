@@ -39,14 +39,15 @@ bool Descriptor::is_console() const {
     return GetConsoleMode(osfhandle, &mode);
 }
 
+// A closed descriptor whose lock another thread holds is taken already, or not quite closed. It is
+// not waited for: as soon as it is open its lock may be held by a _dup that waits for the table.
 int allocate_descriptor() {
     Locked table(numbered_lock(lock_descriptors));
     unsigned fd = 0;
     do {
         for (; fd < descriptor_count; ++fd) {
             Descriptor &descriptor = descriptor_at(fd);
-            if (descriptor.is_open()) continue;
-            descriptor.lock.enter();
+            if (descriptor.is_open() || !descriptor.lock.try_enter()) continue;
             if (!descriptor.is_open()) {
                 descriptor.osfhandle = handle_none;
                 return static_cast<int>(fd);
