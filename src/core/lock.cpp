@@ -134,11 +134,11 @@ Lock *create_numbered_lock(unsigned number) {
     auto *made = static_cast<Lock *>(heap_allocate(sizeof(Lock)));
     if (!made) return nullptr;
     *made = Lock{};
-    Locked guard(static_locks[lock_creation]);
-    if (numbered_locks[number])
-        heap_release(made);
-    else
-        numbered_locks[number] = made;
+    {
+        Locked guard(static_locks[lock_creation]);
+        if (!numbered_locks[number]) return numbered_locks[number] = made;
+    }
+    heap_release(made); // another thread was first
     return numbered_locks[number];
 }
 
