@@ -135,8 +135,8 @@ void _wsearchenv(const wchar_t *file, const wchar_t *varname, wchar_t *buf);
 
 /*
  * Runs the handlers of atexit(), newest first, then flushes and closes all streams, and ends the
- * process with `status`. A handler may register others; they run next. Pipes and devices that
- * other threads are reading meanwhile are left to the system.
+ * process with `status`. A handler may register others; they run next. Streams on which
+ * other threads wait for input are left to the system.
  */
 _VEXRT_NORETURN void exit(int status);
 
