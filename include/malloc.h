@@ -15,7 +15,7 @@ _VEXRT_DATA unsigned int __bheap_threshold;
 
 /*
  * The bytes that the program may use of a block of malloc(), calloc(), realloc() or aligned_alloc():
- * at least as many as it asked for. 0 for a block that is not in use.
+ * at least as many as it asked for. 0 for a block that is not in use, and for null.
  */
 size_t _msize(void *ptr);
 

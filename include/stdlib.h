@@ -135,7 +135,8 @@ void _wsearchenv(const wchar_t *file, const wchar_t *varname, wchar_t *buf);
 
 /*
  * Runs the handlers of atexit(), newest first, then flushes and closes all streams, and ends the
- * process with `status`. A handler may register others; they run next.
+ * process with `status`. A handler may register others; they run next. Streams on which
+ * other threads wait for input are left to the system.
  */
 _VEXRT_NORETURN void exit(int status);
 
@@ -159,7 +160,8 @@ int at_quick_exit(void (*func)(void));
 /*
  * Ends the process with status 255 after writing "CRT: ", the message of `code` and
  * " -- terminating" to standard error: for errors that no caller could handle. -2 to -17 have
- * messages of their own (-4 "out of memory").
+ * messages of their own (-4 "out of memory"). A debugger, if there is one, gets a breakpoint first, and
+ * the text as well.
  */
 _VEXRT_NORETURN void __crt_abort(int code);
 

@@ -125,8 +125,7 @@ extern "C" char *strerror(int code) { return const_cast<char *>(error_message(co
 extern "C" wchar_t *_wcserror(int code) { return const_cast<wchar_t *>(wide_error_message(code)); }
 extern "C" size_t strerrorlen_s(errno_t code) { return strlen(error_message(code)); }
 
-// K.3.7.4.2: a text that does not fit is cut and ends in as many dots, up to three, as there is
-// room for.
+// K.3.7.4.2: a text that does not fit is cut and ends in three dots if there is room for them.
 extern "C" errno_t strerror_s(char *s, rsize_t maxsize, errno_t code) {
     if (!s || maxsize == 0 || maxsize > RSIZE_MAX) return report_constraint(EINVAL);
     const char *text = error_message(code);

@@ -1,6 +1,7 @@
 #include "core/lock.h"
 
 #include "core/fatal.h"
+#include "core/last_error.h"
 #include "heap/heap.h"
 
 namespace vexrt {
@@ -69,12 +70,19 @@ void wait_for_first_thread() {
 } // namespace
 
 void Lock::enter_shared(DWORD me) {
+    if (try_enter_shared(me)) return;
+    enter_contended();
+    take(me);
+}
+
+bool Lock::try_enter_shared(DWORD me) {
     if (owner == me) {
         ++depth;
-        return;
+        return true;
     }
-    if (!try_claim(state)) enter_contended();
+    if (!try_claim(state)) return false;
     take(me);
+    return true;
 }
 
 [[gnu::noinline]] void Lock::enter_contended() {
@@ -83,7 +91,7 @@ void Lock::enter_shared(DWORD me) {
         for (int i = 0; i < pauses; ++i) __builtin_ia32_pause();
         if (state == 0 && try_claim(state)) return;
     }
-    DWORD last_error = GetLastError();
+    LastErrorKept kept;
     // The event must be there before the owner is told of a waiter: it signals only what it finds.
     HANDLE wake = event_of(event);
     while (exchange(state, 2) != 0) {
@@ -93,7 +101,6 @@ void Lock::enter_shared(DWORD me) {
         else
             Sleep(1);
     }
-    SetLastError(last_error);
 }
 
 void Lock::leave_shared() {
@@ -127,11 +134,11 @@ Lock *create_numbered_lock(unsigned number) {
     auto *made = static_cast<Lock *>(heap_allocate(sizeof(Lock)));
     if (!made) return nullptr;
     *made = Lock{};
-    Locked guard(static_locks[lock_creation]);
-    if (numbered_locks[number])
-        heap_release(made);
-    else
-        numbered_locks[number] = made;
+    {
+        Locked guard(static_locks[lock_creation]);
+        if (!numbered_locks[number]) return numbered_locks[number] = made;
+    }
+    heap_release(made); // another thread was first
     return numbered_locks[number];
 }
 

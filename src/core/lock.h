@@ -30,13 +30,16 @@ struct Lock {
     HANDLE volatile event;
 
     void enter();
+    bool try_enter(); // false when another thread holds it
     void leave();
     void destroy(); // closes the event; the lock is free and zero again
     // Whether another thread has it just now.
     bool held_elsewhere() const { return state && owner != current_thread_id(); }
 
 private:
+    bool enter_plainly(DWORD me); // false when there are several threads
     void enter_shared(DWORD me);
+    bool try_enter_shared(DWORD me);
     void enter_contended();
     void leave_shared();
     void take(DWORD me) {
@@ -75,16 +78,23 @@ inline void end_plain_section() {
     threading_mode.plain_section = false;
 }
 
+inline bool Lock::enter_plainly(DWORD me) {
+    if (__builtin_expect(!begin_plain_section(), false)) return false;
+    state = 1;
+    owner = me;
+    ++depth;
+    end_plain_section();
+    return true;
+}
+
 inline void Lock::enter() {
     DWORD me = current_thread_id();
-    if (__builtin_expect(begin_plain_section(), true)) {
-        state = 1;
-        owner = me;
-        ++depth;
-        end_plain_section();
-    } else {
-        enter_shared(me);
-    }
+    if (!enter_plainly(me)) enter_shared(me);
+}
+
+inline bool Lock::try_enter() {
+    DWORD me = current_thread_id();
+    return enter_plainly(me) || try_enter_shared(me);
 }
 
 inline void Lock::leave() {

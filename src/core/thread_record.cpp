@@ -2,6 +2,7 @@
 
 #include "core/constraint.h"
 #include "core/fatal.h"
+#include "core/last_error.h"
 #include "core/signals.h"
 #include "heap/heap.h"
 #include "locale/locale_record.h"
@@ -13,12 +14,10 @@ DWORD thread_record_slot = TLS_OUT_OF_INDEXES;
 namespace {
 
 // Where the slot lies beyond the thread block's own array. Asking the system resets the last-error
-// value, so it is saved around the call.
+// value.
 void *read_slot() {
-    DWORD last_error = GetLastError();
-    void *value = TlsGetValue(thread_record_slot);
-    SetLastError(last_error);
-    return value;
+    LastErrorKept kept;
+    return TlsGetValue(thread_record_slot);
 }
 
 bool initialise(ThreadRecord &record) {
@@ -60,10 +59,9 @@ bool install_thread_record(ThreadRecord *record) {
 
 [[gnu::noinline]] ThreadRecord &create_thread_record() {
     if (ThreadRecord *existing = existing_thread_record()) return *existing;
-    DWORD last_error = GetLastError();
+    LastErrorKept kept;
     ThreadRecord *made = new_thread_record();
     if (!made || !TlsSetValue(thread_record_slot, made)) fatal(FatalCode::corrupt_thread_data);
-    SetLastError(last_error);
     return *made;
 }
 

@@ -131,6 +131,7 @@ extern "C" void *realloc(void *block, size_t size) {
 }
 
 extern "C" size_t _msize(void *block) {
+    if (!block) return 0;
     if (!small_heap.owns(block)) return system_usable_size(block);
     return under_heap_lock(
         [block] { return small_heap.is_block(block) ? small_heap.usable_size(block) : 0; });

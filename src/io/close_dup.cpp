@@ -15,7 +15,8 @@ bool shares_handle_with_other_output(int fd, HANDLE handle) {
     return descriptor_at(static_cast<unsigned>(3 - fd)).osfhandle == handle;
 }
 
-// Makes `target` (locked, free) a duplicate of `source` (locked).
+// Makes `target` (locked, free) a duplicate of `source` (locked), which has a handle: the value
+// that stands for none also stands for the process, and the system would duplicate that.
 bool duplicate_into(int fd, Descriptor &target, const Descriptor &source) {
     HANDLE copy;
     if (!duplicate_handle(source.osfhandle, true, copy)) {
@@ -66,6 +67,7 @@ extern "C" int _close(int fd) {
 
 extern "C" int _dup(int fd) {
     return with_descriptor(fd, [](Descriptor &source) {
+        if (!has_handle(source)) return -1;
         int copy = allocate_descriptor();
         if (copy < 0) return fail_with(EMFILE);
         Descriptor &target = descriptor_at(static_cast<unsigned>(copy));
@@ -84,6 +86,7 @@ extern "C" int _dup2(int fd, int fd2) {
     BothLocked guard(fd < fd2 ? source : target, fd < fd2 ? target : source);
     if (!source.is_open()) return fail_with(EBADF);
     if (fd == fd2) return 0;
+    if (!has_handle(source)) return -1;
     if (target.is_open()) close_worker(fd2, target);
     return duplicate_into(fd2, target, source) ? 0 : -1;
 }

@@ -1,3 +1,4 @@
+#include "core/last_error.h"
 #include "heap/heap.h"
 #include "io/io.h"
 
@@ -30,14 +31,23 @@ bool add_block() {
 
 } // namespace
 
+// A device that is none fails, which is no error of the call that asks.
+bool Descriptor::is_console() const {
+    if (!(flags & FD_DEVICE)) return false;
+    LastErrorKept kept;
+    DWORD mode;
+    return GetConsoleMode(osfhandle, &mode);
+}
+
+// A closed descriptor whose lock another thread holds is taken already, or not quite closed. It is
+// not waited for: as soon as it is open its lock may be held by a _dup that waits for the table.
 int allocate_descriptor() {
     Locked table(numbered_lock(lock_descriptors));
     unsigned fd = 0;
     do {
         for (; fd < descriptor_count; ++fd) {
             Descriptor &descriptor = descriptor_at(fd);
-            if (descriptor.is_open()) continue;
-            descriptor.lock.enter();
+            if (descriptor.is_open() || !descriptor.lock.try_enter()) continue;
             if (!descriptor.is_open()) {
                 descriptor.osfhandle = handle_none;
                 return static_cast<int>(fd);
@@ -72,6 +82,12 @@ int free_handle(int fd) {
     if (fd < static_cast<int>(standard_count)) SetStdHandle(standard_handles[fd], nullptr);
     descriptor->osfhandle = handle_none;
     return 0;
+}
+
+bool has_handle(const Descriptor &descriptor) {
+    if (descriptor.osfhandle != handle_none) return true;
+    set_errno(EBADF);
+    return false;
 }
 
 bool duplicate_handle(HANDLE from, bool inherit, HANDLE &to) {

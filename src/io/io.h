@@ -38,10 +38,7 @@ struct Descriptor {
     bool is_open() const { return flags & FD_OPEN; }
     bool is_text() const { return flags & FD_TEXT; }
     bool is_seekable() const { return !(flags & (FD_PIPE | FD_DEVICE)); }
-    bool is_console() const {
-        DWORD mode;
-        return (flags & FD_DEVICE) && GetConsoleMode(osfhandle, &mode);
-    }
+    bool is_console() const;
 };
 static_assert(offsetof(Descriptor, pending) == 2 && offsetof(Descriptor, lock_ready) == 5);
 static_assert(offsetof(Descriptor, lock) == 8 && offsetof(Descriptor, osfhandle) == 24);
@@ -90,6 +87,9 @@ bool grow_descriptors(unsigned fd);
 // and -1 when it holds one already (or none).
 int set_handle(int fd, HANDLE handle);
 int free_handle(int fd);
+
+// Whether an open descriptor has a handle, which a standard one may lack; sets EBADF if not.
+bool has_handle(const Descriptor &descriptor);
 
 // Duplicates a handle into this process.
 bool duplicate_handle(HANDLE from, bool inherit, HANDLE &to);

@@ -16,6 +16,7 @@ constexpr int access_mask = O_RDONLY | O_WRONLY | O_RDWR;
 constexpr int creation_mask = O_CREAT | O_TRUNC | O_EXCL;
 constexpr int unicode_mask = O_WTEXT | O_U16TEXT | O_U8TEXT;
 constexpr int mode_mask = O_TEXT | O_BINARY | unicode_mask;
+constexpr DWORD update_access = GENERIC_READ | GENERIC_WRITE;
 constexpr char ctrl_z = 26;
 
 // What the flags of the call come to for the system and for the descriptor.
@@ -24,10 +25,12 @@ struct OpenRequest {
     unsigned char flags;    // initial descriptor flags
     unsigned char encoding; // asked for; what the file gets depends on its mark
     bool inherit;
-    bool write_only; // the read access in `access`, if any, is only for the mark
+    bool write_only; // asked for; any read access is then only for the mark
 
     bool reads() const { return access & GENERIC_READ; }
     bool writes() const { return access & GENERIC_WRITE; }
+    // Not true of files that are deleted when they are closed: their access has one bit more.
+    bool updates() const { return access == update_access; }
 };
 
 bool share_of(int shflag, DWORD &share) {
@@ -43,7 +46,7 @@ bool share_of(int shflag, DWORD &share) {
 bool access_of(int oflag, DWORD &access) {
     switch (oflag & access_mask) {
     case O_RDONLY: access = GENERIC_READ; return true;
-    case O_RDWR: access = GENERIC_READ | GENERIC_WRITE; return true;
+    case O_RDWR: access = update_access; return true;
     case O_WRONLY:
         access = GENERIC_WRITE;
         // Appending to Unicode text looks at the file's mark first.
@@ -213,10 +216,9 @@ bool reopen_write_only(int fd, Descriptor &descriptor, const Char *path, OpenReq
 
 // What is left to do on a new handle: the Ctrl-Z, the mark and the encoding.
 bool prepare_text(Descriptor &descriptor, const OpenRequest &request) {
-    constexpr DWORD update = GENERIC_READ | GENERIC_WRITE;
     unsigned char encoding = encoding_ansi;
     if (descriptor.is_text() && descriptor.is_seekable()) {
-        if (request.access == update && !remove_trailing_ctrl_z(descriptor)) return false;
+        if (request.updates() && !remove_trailing_ctrl_z(descriptor)) return false;
         encoding = request.encoding;
         if (encoding != encoding_ansi && !settle_encoding(descriptor, request, encoding))
             return false;
@@ -248,7 +250,7 @@ int open_file(const Char *path, int oflag, int shflag, int permissions) {
         descriptor.encoding = encoding_ansi;
         if (!prepare_text(descriptor, request))
             close_worker(fd, descriptor);
-        else if (!(request.write_only && request.reads()) ||
+        else if (!(request.write_only && request.updates()) ||
                  reopen_write_only(fd, descriptor, path, request))
             result = fd;
     }

@@ -15,12 +15,6 @@ void note_move(Descriptor &descriptor, int64_t offset, int origin) {
     if (!only_asked) descriptor.dropped_return = false;
 }
 
-bool has_handle(const Descriptor &descriptor) {
-    if (descriptor.osfhandle != INVALID_HANDLE_VALUE) return true;
-    set_errno(EBADF);
-    return false;
-}
-
 // The length, with the position left where it was. `at_end` tells whether that is the end.
 int64_t length_of(Descriptor &descriptor, bool &at_end) {
     int64_t position = seek64(descriptor, 0, SEEK_CUR);

@@ -4,6 +4,7 @@
 // copy, into which the fields of a category are then copied from the entry that was selected.
 
 #include "core/fatal.h"
+#include "core/last_error.h"
 #include "core/lock.h"
 #include "core/thread_record.h"
 #include "heap/heap.h"
@@ -224,6 +225,7 @@ extern "C" char *setlocale(int category, const char *locale) {
     ThreadRecord &record = thread_record();
     if (!locale) return record.locale_name;
     if (category & ~LC_ALL) return nullptr;
+    LastErrorKept kept;
     char name[80];
     if (!*locale) locale = default_name(name, sizeof name);
     return change_locale(record, category, locale);

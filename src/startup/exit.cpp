@@ -46,7 +46,9 @@ ExitHandlers at_quick_exit_handlers;
 
 void register_internal_exit_handler(ExitHandler handler) {
     if (at_exit.full()) abort();
-    at_exit.slots[at_exit.internal_count++] = handler;
+    // Each of the two is registered under a lock of its own, inside which the exit lock, which
+    // comes before them, cannot be taken.
+    at_exit.slots[__atomic_fetch_add(&at_exit.internal_count, 1, __ATOMIC_SEQ_CST)] = handler;
 }
 
 void run_internal_exit_handlers() { at_exit.run_internal_handlers(); }

@@ -1,5 +1,6 @@
 #include "threads/mutex.h"
 
+#include "core/last_error.h"
 #include "heap/heap.h"
 
 #include <time.h>
@@ -78,6 +79,7 @@ int create_mutex(Mutex *&mutex, int type) {
     if (!made) return thrd_nomem;
     *made = Mutex{};
     made->type = type;
+    LastErrorKept kept;
     made->wake = CreateEventW(nullptr, false, false, nullptr);
     if (!made->wake) {
         heap_release(made);

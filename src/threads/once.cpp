@@ -5,7 +5,7 @@
 // holds nothing, the event that the waiting one has made, or `passed`; the other one touches the
 // slot once, and that last.
 
-#include "platform/kernel32.h"
+#include "core/last_error.h"
 
 #include <threads.h>
 
@@ -30,6 +30,7 @@ void pass(Slot &slot) {
 // Without an event, waiting degrades to polling; it still ends.
 void wait_until_passed(Slot &slot) {
     if (slot == passed) return;
+    LastErrorKept kept;
     HANDLE event = CreateEventW(nullptr, false, false, nullptr);
     HANDLE expected = nullptr;
     if (!event) {

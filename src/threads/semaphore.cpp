@@ -1,5 +1,6 @@
 #include "threads/semaphore.h"
 
+#include "core/last_error.h"
 #include "heap/heap.h"
 
 #include <limits.h>
@@ -12,6 +13,7 @@ int create_semaphore(Semaphore *&semaphore, int count) {
     if (!made) return thrd_nomem;
     int result = create_mutex(made->guard, mtx_plain);
     if (result == thrd_success) {
+        LastErrorKept kept;
         made->count = count;
         made->tokens = CreateSemaphoreW(nullptr, 0, INT_MAX, nullptr);
         if (made->tokens) {

@@ -10,16 +10,11 @@ namespace {
 
 constexpr long nanoseconds_per_second = 1000000000;
 
-int fail_with_system_error() {
-    map_os_error(GetLastError());
-    return -1;
-}
-
 // The timer counts in units of 100 nanoseconds; negative ones are from now.
 int wait_on_timer(HANDLE timer, long nanoseconds) {
     LARGE_INTEGER due = -((nanoseconds + 50) / 100);
-    if (!SetWaitableTimer(timer, &due, 0, nullptr, nullptr, false)) return fail_with_system_error();
-    return wait_for(timer, INFINITE) == thrd_success ? 0 : fail_with_system_error();
+    if (!SetWaitableTimer(timer, &due, 0, nullptr, nullptr, false)) return fail_with_last_error();
+    return wait_for(timer, INFINITE) == thrd_success ? 0 : fail_with_last_error();
 }
 
 } // namespace
@@ -34,7 +29,7 @@ int _nanosleep(const timespec *req, timespec *rem) {
     if (!req || req->tv_sec != 0 || req->tv_nsec < 0 || req->tv_nsec >= nanoseconds_per_second)
         return fail_with(EINVAL);
     HANDLE timer = CreateWaitableTimerA(nullptr, true, nullptr);
-    if (!timer) return fail_with_system_error();
+    if (!timer) return fail_with_last_error();
     int result = wait_on_timer(timer, req->tv_nsec);
     CloseHandle(timer);
     if (result == 0 && rem) *rem = {};

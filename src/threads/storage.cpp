@@ -5,6 +5,7 @@
 // Who takes both locks takes the key's first. Only the run of the destructors has to go from the
 // thread to the key: it tries the key's lock, and steps back when that is taken.
 
+#include "core/last_error.h"
 #include "heap/heap.h"
 #include "threads/c11_thread.h"
 
@@ -36,10 +37,8 @@ void *read_slot(DWORD slot) {
     if (__builtin_expect(slot < TLS_MINIMUM_AVAILABLE, true))
         return *reinterpret_cast<void *volatile __attribute__((address_space(257))) *>(0xE10 +
                                                                                        slot * 4);
-    DWORD last_error = GetLastError();
-    void *value = TlsGetValue(slot);
-    SetLastError(last_error);
-    return value;
+    LastErrorKept kept;
+    return TlsGetValue(slot);
 }
 
 void link(StorageNode &node) {

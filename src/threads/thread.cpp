@@ -72,12 +72,9 @@ C11Thread *detach_thread(thrd_t thr, bool &finished) {
     return thread;
 }
 
-// A record for a thread that was started by other means. It did not ask for one, and finds the
-// last-error value as it was.
+// A record for a thread that was started by other means.
 C11Thread *adopt(ThreadRecord &record) {
-    DWORD last_error = GetLastError();
     C11Thread *thread = obtain_thread();
-    SetLastError(last_error);
     if (!thread) return nullptr;
     thread->detached = true;
     thread->state = thread_running;

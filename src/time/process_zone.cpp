@@ -2,6 +2,7 @@
 // what the system says.
 
 #include "core/fatal.h"
+#include "core/last_error.h"
 #include "core/lock.h"
 #include "heap/heap.h"
 #include "time/calendar.h"
@@ -126,9 +127,8 @@ const char *process_zone_string() {
     if (__builtin_expect(zone != nullptr, true)) return zone;
     Locked guard(numbered_lock(lock_locales));
     if (!process_zone) {
-        DWORD last_error = GetLastError(); // of the program's own calls, which it may still look at
+        LastErrorKept kept;
         __atomic_store_n(&process_zone, find_process_zone(), __ATOMIC_RELEASE);
-        SetLastError(last_error);
     }
     return process_zone;
 }

@@ -4,7 +4,10 @@
 #include "script.h"
 
 #include <io.h>
+#include <locale.h>
+#include <malloc.h>
 #include <stdlib.h>
+#include <threads.h>
 
 __declspec(dllimport) void __stdcall SetLastError(unsigned long code);
 __declspec(dllimport) unsigned long __stdcall GetLastError(void);
@@ -114,6 +117,9 @@ static void test_bounded_text(void)
     CHECK_INT(violations, 3);
 }
 
+static char *narrow_text;
+static wchar_t *wide_text;
+
 static unsigned long __stdcall other_thread(void *unused)
 {
     /* The first call of a thread makes its record; what the system said last must survive it. */
@@ -123,6 +129,8 @@ static unsigned long __stdcall other_thread(void *unused)
     CHECK_INT(*mine, 0);
     *mine = 55;
     CHECK_INT(strerror_s(NULL, 1, 1), EINVAL); /* the other thread's handler is not called */
+    narrow_text = strerror(15);
+    wide_text = _wcserror(15);
     return 0;
 }
 
@@ -136,11 +144,33 @@ static void test_threads(void)
     CloseHandle(thread);
     CHECK_INT(errno, 7);
     CHECK_INT(violations, 0);
+    CHECK_INT(__heap_validate(narrow_text), 0); /* freed with the thread; the wide one is kept */
+    CHECK_INT(__heap_validate(wide_text), 1);
+    CHECK_WSTR(wide_text, L"Error #015");
     set_constraint_handler_s(NULL);
-    SetLastError(99);
-    CHECK_INT(_isatty(5), 0);
-    CHECK_INT(strlen(strerror(15)), 10);
-    CHECK_INT(GetLastError(), 99);
+}
+
+#define CHECK_KEEPS(call) (SetLastError(99), (call), check_int(GetLastError(), 99, __FILE__, __LINE__, #call))
+
+/* What the system said last to the program is still there after calls that ask the system, too. */
+static void test_last_error(void)
+{
+    FILE *device = fopen("NUL", "w");
+    mtx_t mutex;
+    cnd_t condition;
+    tss_t key;
+    CHECK_KEEPS(_isatty(5));
+    CHECK_KEEPS(strerror(15));
+    CHECK_KEEPS(malloc(100000));
+    CHECK_KEEPS(mtx_init(&mutex, mtx_timed));
+    CHECK_KEEPS(cnd_init(&condition));
+    CHECK_KEEPS(tss_create(&key, free));
+    CHECK_KEEPS(tss_set(key, NULL));
+    CHECK_KEEPS(fprintf(device, "%s\n", "text"));
+    CHECK_KEEPS(fflush(device));
+    CHECK_KEEPS(setlocale(LC_ALL, ""));
+    setlocale(LC_ALL, "C");
+    fclose(device);
 }
 
 static int child_main(const char *what)
@@ -177,6 +207,7 @@ int main(int argc, char **argv)
     test_texts();
     test_bounded_text();
     test_threads();
+    test_last_error();
     test_children();
     return check_done();
 }

@@ -92,6 +92,7 @@ static void freed_twice(void)
     CHECK_INT(__heap_validate(NULL), 1);
     CHECK_ERRNO((free(barrier), 0), 0, 0);
     CHECK_ERRNO((free(NULL), 0), 0, 0);
+    CHECK_ERRNO(_msize(NULL), 0, 0);
 }
 
 /* A block that has merged with both neighbours keeps no trace of having been in use. */

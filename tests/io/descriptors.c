@@ -1,5 +1,6 @@
 /* Descriptors: opening, duplicating, positions, sizes, modes, locks; bad numbers everywhere. */
 #include "check.h"
+#include "child.h"
 #include "script.h"
 
 #include <fcntl.h>
@@ -10,6 +11,7 @@
 
 __declspec(dllimport) int __stdcall DeleteFileA(const char *path);
 __declspec(dllimport) unsigned long __stdcall GetFileAttributesA(const char *path);
+__declspec(dllimport) int __stdcall GetExitCodeThread(void *thread, unsigned long *status);
 __declspec(dllimport) int __stdcall SetFileAttributesA(const char *path, unsigned long attributes);
 
 #define NAME "descriptors.tmp"
@@ -79,6 +81,11 @@ static void test_permissions(void)
     CHECK(fd >= 0);
     _close(fd);
     CHECK_INT(GetFileAttributesA(NAME), 0xFFFFFFFFu);
+    /* Opening it again for writing alone would delete it in between. */
+    write_file("x", 1);
+    fd = _open(NAME, O_WRONLY | O_APPEND | O_U8TEXT | O_TEMPORARY);
+    CHECK(fd >= 0);
+    _close(fd);
 }
 
 static void test_sharing(void)
@@ -325,6 +332,42 @@ static void test_handles(void)
     CHECK_ERRNO(_close(4), -1, EBADF);
 }
 
+/* ---- several threads ---- */
+
+/* Opens, duplicates and closes; each result must still lead to the thread's own file. */
+static unsigned long __stdcall use_descriptors(void *number)
+{
+    char name[32], due[16], got[16];
+    unsigned long wrong = 0;
+    snprintf(name, sizeof name, "descriptors%d.tmp", (int)number);
+    for (int i = 0; i < 300; ++i) {
+        int fds[2], fd = _open(name, O_RDWR | O_CREAT | O_TRUNC, S_IWRITE), copy = _dup(fd);
+        if (i % 3 == 0) wrong += _dup2(fd, copy) != 0;
+        if (i % 3 == 1) wrong += _pipe(fds, 512, O_BINARY) || _dup2(fd, fds[0]) || _close(fds[1]) || _close(fds[0]);
+        snprintf(due, sizeof due, "%d %04d", (int)number, i);
+        wrong += _write(copy, due, 7) != 7 || _lseek(fd, 0, SEEK_SET) != 0 || _read(fd, got, sizeof got) != 7 ||
+                 memcmp(got, due, 6) != 0;
+        wrong += _close(copy) || _close(fd);
+    }
+    DeleteFileA(name);
+    return wrong;
+}
+
+/* Duplicating takes a descriptor's lock and then the table's, opening the table's first. */
+static void test_threads(void)
+{
+    enum { count = 6 };
+    void *threads[count];
+    unsigned long wrong = 1;
+    for (int i = 0; i < count; ++i) threads[i] = CreateThread(NULL, 0, use_descriptors, (void *)i, 0, NULL);
+    for (int i = 0; i < count; ++i) {
+        CHECK_INT(WaitForSingleObject(threads[i], 20000), 0); /* nobody waits for ever */
+        CHECK(GetExitCodeThread(threads[i], &wrong));
+        CHECK_INT(wrong, 0);
+        CloseHandle(threads[i]);
+    }
+}
+
 int main(void)
 {
     test_open_flags();
@@ -341,6 +384,7 @@ int main(void)
     test_pipe();
     test_locking();
     test_handles();
+    test_threads();
     DeleteFileA(NAME);
     return check_done();
 }

@@ -16,18 +16,20 @@ static unsigned char block[8192 * 5 + 4];
 
 static void put_word(unsigned at, unsigned value) { memcpy(block + at, &value, 4); }
 
-/* Starts this program with `size` bytes of the block; its exit status. */
-static int run_with_block(const char *argument, unsigned size)
+/* Starts this program with `size` bytes of the block; its exit status. A detached one has no standard
+   handles either. */
+static int run_with_block(const char *argument, unsigned size, int detached)
 {
     char line[1100];
     struct child_startup startup = {.size = sizeof startup};
     struct child_process process;
     startup.reserved_size = (unsigned short)size;
     startup.reserved_bytes = block;
+    startup.flags = detached ? 0x100 /* STARTF_USESTDHANDLES */ : 0;
     line[0] = '"';
     unsigned long length = 1 + GetModuleFileNameA(NULL, line + 1, 1024);
     snprintf(line + length, sizeof line - length, "\" %s", argument);
-    if (!CreateProcessA(NULL, line, NULL, NULL, 1, 0, NULL, NULL, &startup, &process)) return -1;
+    if (!CreateProcessA(NULL, line, NULL, NULL, 1, detached ? 8 : 0, NULL, NULL, &startup, &process)) return -1;
     int status = child_wait(&process);
     CloseHandle(process.process);
     CloseHandle(process.thread);
@@ -45,6 +47,22 @@ static int look(void)
     if (_open(NAME, O_RDONLY) != 3) return 4;
     if (_get_osfhandle(70) != -1 && _setmode(70, 0) != O_BINARY) return 5;
     return 100 + (mode == O_TEXT) + 2 * (_get_osfhandle(70) != -1) + 4 * (_setmode(1, 0) == O_TEXT);
+}
+
+/* In a child without standard handles: what descriptor 1 is good for. */
+static int look_at_nothing(void)
+{
+    char byte;
+    if (_isatty(1) != 0x40 || _setmode(1, 0) != O_TEXT || _get_osfhandle(1) != -1) return 1;
+    CHECK_ERRNO(_lseek(1, 0, SEEK_CUR), -1, EBADF);
+    CHECK_ERRNO(_write(1, "x", 1), -1, EINVAL);
+    CHECK_ERRNO(_read(0, &byte, 1), -1, EINVAL);
+    CHECK_ERRNO(_dup(1), -1, EBADF);
+    CHECK_ERRNO(_dup2(1, 2), -1, EBADF);
+    CHECK_INT(_setmode(2, 0), O_TEXT); /* still open */
+    CHECK_INT(_close(1), 0);
+    CHECK_INT(_open(NAME, O_RDONLY), 1);
+    return check_failed ? 2 : 7;
 }
 
 /* Seventy-one entries of which 5 (text) and 70 (binary) are open, 3 has no handle and 4 is not open. */
@@ -65,23 +83,24 @@ static unsigned build(void *first, void *second)
 
 int main(int argc, char **argv)
 {
-    if (argc > 1) return look();
+    if (argc > 1) return strcmp(argv[1], "none") == 0 ? look_at_nothing() : look();
     int fd = _creat(NAME, S_IWRITE);
     CHECK_INT(_write(fd, "datadata", 8), 8);
     int other = _dup(fd);
     void *first = (void *)_get_osfhandle(fd), *second = (void *)_get_osfhandle(other);
     unsigned size = build(first, second);
     _lseek(fd, 0, SEEK_SET);
-    CHECK_INT(run_with_block("look", size), 107);
+    CHECK_INT(run_with_block("look", size, 0), 107);
     _lseek(fd, 0, SEEK_SET);
-    CHECK_INT(run_with_block("look", size + 3), 107);
-    CHECK_INT(run_with_block("look", size - 1), 1); /* too short: ignored as a whole */
-    CHECK_INT(run_with_block("look", 3), 1);
+    CHECK_INT(run_with_block("look", size + 3, 0), 107);
+    CHECK_INT(run_with_block("look", size - 1, 0), 1); /* too short: ignored as a whole */
+    CHECK_INT(run_with_block("look", 3, 0), 1);
     put_word(0, 0xFFFFFFFF); /* a count whose size does not fit */
-    CHECK_INT(run_with_block("look", size), 1);
+    CHECK_INT(run_with_block("look", size, 0), 1);
     size = build(first, (void *)0x7FFC); /* no such handle: skipped */
     _lseek(fd, 0, SEEK_SET);
-    CHECK_INT(run_with_block("look", size), 105);
+    CHECK_INT(run_with_block("look", size, 0), 105);
+    CHECK_INT(run_with_block("none", 0, 1), 7);
     _close(fd);
     _close(other);
     DeleteFileA(NAME);

@@ -98,9 +98,22 @@ static void test_pipe_look_ahead(void)
     CHECK_INT(text[0], '\n');
     CHECK_INT(_read(fds[0], text, 8), 1);
     CHECK_INT(text[0], 'c');
+    for (int round = 0; round < 2; ++round) {
+        _write(raw, "\rd", 2);
+        CHECK_INT(_read(fds[0], text, 1), 1);
+        if (round == 0) CHECK_INT(_read(fds[0], text, 1), 1); /* does not wait for more */
+    }
     _close(raw);
     _close(fds[1]);
     _close(fds[0]);
+    int next[2]; /* the same numbers, and nothing of what waited */
+    _pipe(next, 1024, O_TEXT);
+    CHECK_INT(next[0], fds[0]);
+    _write(next[1], "new", 3);
+    CHECK_INT(_read(next[0], text, 8), 3);
+    CHECK_MEM(text, "new", 3);
+    _close(next[0]);
+    _close(next[1]);
 }
 
 static int(__stdcall *real_read)(void *, void *, unsigned, unsigned long *, void *);

@@ -5,6 +5,7 @@
 
 #include <assert.h>
 #include <io.h>
+#include <setjmp.h>
 #include <signal.h>
 #include <stdlib.h>
 
@@ -80,8 +81,11 @@ static int __stdcall box(void *owner, const char *text, const char *caption, uns
     return 1;
 }
 static void *__stdcall some_library(const char *name) { return strcmp(name, "user32.dll") ? NULL : (void *)4; }
+static int debugged;
+static int __stdcall is_debugged(void) { return debugged; }
 static void *__stdcall fake_address(void *module, const char *name)
 {
+    if (strcmp(name, "IsDebuggerPresent") == 0) return (void *)is_debugged;
     if (strcmp(name, "wsprintfA") == 0) return (void *)fake_format;
     return strcmp(name, "MessageBoxA") == 0 ? (void *)box : NULL;
 }
@@ -95,17 +99,70 @@ static void replace_standard_error(void)
     _dup2(1, 2);
 }
 
-/* The code of a fatal error in decimal. */
-static int code_of(const char *text)
+/* Asserts where the report goes to a box, which is not there if `library` finds none. */
+static void assert_boxed(void *__stdcall library(const char *name))
 {
-    int negative = *text == '-', value = 0;
-    for (text += negative; *text; ++text) value = 10 * value + (*text - '0');
-    return negative ? -value : value;
+    script_import("LoadLibraryA", library);
+    script_import("GetProcAddress", fake_address);
+    script_import("FreeLibrary", accept_free);
+    assert(!"boxed");
+}
+
+static const char *const fatal_texts[] = {
+    "unexpected error", "unexpected error", "unable to init HEAP", "unable to init threads", "out of memory",
+    "corrupt per-thread data", "invalid stream lock number", "unable to init mutex", "unable to lock mutex",
+    "unable to unlock mutex", "unable to init semaphore", "unable to post semaphore",
+    "unable to wait on semaphore", "unable to destroy semaphore", "unable to create thread",
+    "unhandled exception in thread", "unhandled exception (main)", "out of stack space", "unexpected error",
+};
+enum { fatal_count = sizeof fatal_texts / sizeof *fatal_texts };
+
+static jmp_buf back;
+static void __stdcall come_back(unsigned status) { longjmp(back, (int)status); }
+
+/* All fatal errors in one process, from 0 down; the number of statuses that are not 255. */
+static int report_all(void)
+{
+    volatile int wrong = 0;
+    script_import("ExitProcess", come_back);
+    for (volatile int code = 0; code < fatal_count; ++code) {
+        int status = setjmp(back);
+        if (status == 0) __crt_abort(-code);
+        wrong += status != 255;
+    }
+    script_restore();
+    return wrong;
+}
+
+static void __stdcall note_debug_text(const char *text)
+{
+    printf("|%s", text);
+    fflush(stdout);
+}
+/* What a debugger does that goes on behind the breakpoint. */
+static int step_over(void **information)
+{
+    unsigned char **place = (unsigned char **)((char *)information[1] + 0xB8); /* Eip in the context */
+    if (**place == 0xCC) ++*place;
+    note_debug_text("stopped");
+    return -1;
+}
+static void abort_debugged(void)
+{
+    debugged = 1;
+    script_import("IsDebuggerPresent", is_debugged);
+    script_import("OutputDebugStringA", note_debug_text);
+    __try {
+        __crt_abort(-4);
+    } __except (step_over(__exception_info())) {
+    }
 }
 
 static int child_main(const char *what)
 {
-    if (strcmp(what, "exit") == 0) {
+    if (strcmp(what, "fatal-texts") == 0) {
+        return report_all();
+    } else if (strcmp(what, "exit") == 0) {
         atexit(first);
         atexit(second);
         open_with_text();
@@ -136,10 +193,8 @@ static int child_main(const char *what)
         atexit(first);
         open_with_text();
         abort();
-    } else if (strcmp(what, "term") == 0) {
-        raise(SIGTERM);
-    } else if (strcmp(what, "three") == 0) {
-        raise(3);
+    } else if (strncmp(what, "raise", 5) == 0) {
+        raise(atoi(what + 5));
     } else if (strcmp(what, "handlers") == 0) {
         fill_handlers();
     } else if (strcmp(what, "handlers-open") == 0) {
@@ -173,14 +228,14 @@ static int child_main(const char *what)
         assert(!"reached");
     } else if (strcmp(what, "assert-box") == 0) {
         replace_standard_error();
-        script_import("LoadLibraryA", some_library);
-        script_import("GetProcAddress", fake_address);
-        script_import("FreeLibrary", accept_free);
-        assert(!"boxed");
+        assert_boxed(some_library);
     } else if (strcmp(what, "assert-no-box") == 0) {
         replace_standard_error();
-        script_import("LoadLibraryA", no_module);
-        assert(!"boxed");
+        assert_boxed(no_module);
+    } else if (strcmp(what, "assert-debugged") == 0) {
+        debugged = 1;
+        assert_boxed(some_library);
+        return 12;
     } else if (strcmp(what, "assert-conformance") == 0) {
         SetEnvironmentVariableA("__VEXC_CONFORMANCE_TEST__", "");
         replace_standard_error();
@@ -198,8 +253,11 @@ static int child_main(const char *what)
     } else if (strcmp(what, "closed-error") == 0) {
         _close(2);
         __crt_abort(-17);
-    } else {
-        __crt_abort(code_of(what));
+    } else if (strcmp(what, "stream-lock") == 0) {
+        ((unsigned *)stdin)[19] = 256; /* its number in the table of locks */
+        fgetc(stdin);
+    } else if (strcmp(what, "debugged") == 0) {
+        abort_debugged();
     }
     return 99;
 }
@@ -229,8 +287,13 @@ static const struct {
     {"_Exit", 6, "", "", ""},
     {"process", 4, "", "", "buffered"}, /* only the library's own handlers */
     {"abort", 1, "first ", "abort -- terminating\r\n", "buffered"},
-    {"term", 1, "", "termination request -- terminating\r\n", ""},
-    {"three", 1, "", "signal #3 -- terminating\r\n", ""},
+    {"raise2", 1, "", "interruption -- terminating\r\n", ""},
+    {"raise3", 1, "", "signal #3 -- terminating\r\n", ""},
+    {"raise4", 1, "", "invalid executable code -- terminating\r\n", ""},
+    {"raise8", 1, "", "arithmetic error -- terminating\r\n", ""},
+    {"raise11", 1, "", "invalid storage access -- terminating\r\n", ""},
+    {"raise15", 1, "", "termination request -- terminating\r\n", ""},
+    {"raise43", 1, "", "signal #43 -- terminating\r\n", ""},
     {"handlers", 0, "", "80", ""},
     {"handlers-open", 0, "", "79", ""},
     {"quick-handlers", 0, "", "80", ""},
@@ -240,11 +303,9 @@ static const struct {
     {"no-record", 255, "", "CRT: corrupt per-thread data -- terminating\n", ""},
     {"no-lock", 255, "", "CRT: out of memory -- terminating\n", ""},
     {"closed-error", 255, "", "", ""},
-    {"0", 255, "", "CRT: unexpected error -- terminating\r\n", ""},
-    {"-1", 255, "", "CRT: unexpected error -- terminating\r\n", ""},
-    {"-2", 255, "", "CRT: unable to init HEAP -- terminating\r\n", ""},
-    {"-17", 255, "", "CRT: out of stack space -- terminating\r\n", ""},
-    {"-18", 255, "", "CRT: unexpected error -- terminating\r\n", ""},
+    {"stream-lock", 255, "", "CRT: invalid stream lock number -- terminating\r\n", ""},
+    {"debugged", 255, "|stopped|CRT: |out of memory| -- terminating\r\r\n",
+     "CRT: out of memory -- terminating\r\n", ""},
 };
 
 static void test_endings(void)
@@ -261,6 +322,16 @@ static void test_endings(void)
     check_label = "";
 }
 
+static void test_fatal_texts(void)
+{
+    char due[2048] = "";
+    for (int i = 0; i < fatal_count; ++i)
+        snprintf(due + strlen(due), sizeof due - strlen(due), "CRT: %s -- terminating\r\n", fatal_texts[i]);
+    struct child child = child_run("fatal-texts", NULL);
+    CHECK_INT(child.status, 0);
+    CHECK_STR(child.error, due);
+}
+
 static void test_assertions(void)
 {
     struct child child = child_run("assert", NULL);
@@ -274,6 +345,10 @@ static void test_assertions(void)
     CHECK_STR(child.output,
               "box 1|formatted by File %.255s, func %.255s, line %.16s, %.255s|Assertion failed|42010"
               "abort -- terminating\r\n");
+    child = child_run("assert-debugged", NULL);
+    CHECK_INT(child.status, 12); /* the program goes on */
+    CHECK(strncmp(child.output, "box 1|", 6) == 0);
+    CHECK_STR(child.error, "");
     child = child_run("assert-conformance", NULL);
     CHECK_INT(child.status, 1);
     CHECK(strncmp(child.output, "Assertion failed: file ", 23) == 0);
@@ -283,6 +358,7 @@ int main(int argc, char **argv)
 {
     if (argc > 1) return child_main(argv[1]);
     test_endings();
+    test_fatal_texts();
     test_assertions();
     return check_done();
 }

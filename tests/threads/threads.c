@@ -253,7 +253,9 @@ static void test_sleeping(void)
     script_restore();
 }
 
-/* ---- exceptions, in children ---- */
+/* ---- exceptions and other ends, in children ---- */
+
+static int __stdcall refuse_slot(unsigned long slot, void *value) { return 0; }
 
 static jmp_buf back;
 static void jump_back(int number) { longjmp(back, number); }
@@ -296,23 +298,35 @@ static int child_main(const char *how)
     return 1;
 }
 
-static void test_exceptions(void)
+static void test_children(void)
 {
-    static const char *const ways[] = {"c", "b", "x"};
-    for (int i = 0; i < 3; ++i) {
-        check_label = ways[i];
-        struct child child = child_run(ways[i], NULL);
-        CHECK_INT(child.status, 255);
-        CHECK(strstr(child.error, "CRT: unhandled exception in thread -- terminating\r\n") != NULL);
+    static const struct {
+        const char *how;
+        int status;
+        const char *error;
+    } cases[] = {
+        {"c", 255, "CRT: unhandled exception in thread -- terminating\r\n"},
+        {"b", 255, "CRT: unhandled exception in thread -- terminating\r\n"},
+        {"x", 255, "CRT: unhandled exception in thread -- terminating\r\n"},
+        {"slot c", 255, "CRT: corrupt per-thread data -- terminating\n"},
+        {"slot b", 255, "CRT: corrupt per-thread data -- terminating\n"},
+        {"slot x", 255, "CRT: corrupt per-thread data -- terminating\n"},
+        {"h", 31, ""},
+        {"m", 32, ""},
+    };
+    for (size_t i = 0; i < sizeof cases / sizeof *cases; ++i) {
+        check_label = cases[i].how;
+        struct child child = child_run(cases[i].how, NULL);
+        CHECK_INT(child.status, cases[i].status);
+        CHECK(strstr(child.error, cases[i].error) != NULL);
     }
     check_label = "";
-    CHECK_INT(child_run("h", NULL).status, 31);
-    CHECK_INT(child_run("m", NULL).status, 32);
 }
 
 int main(int argc, char **argv)
 {
-    if (argc > 1) return child_main(argv[1]);
+    if (argc > 2) script_import("TlsSetValue", refuse_slot); /* "slot": the new thread gets no record */
+    if (argc > 1) return child_main(argv[argc - 1]);
     test_results();
     test_identities();
     test_detaching();
@@ -321,6 +335,6 @@ int main(int argc, char **argv)
     test_exhaustion();
     test_begin_thread();
     test_sleeping();
-    test_exceptions();
+    test_children();
     return check_done();
 }
