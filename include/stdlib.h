@@ -177,7 +177,7 @@ unsigned int _sleep(unsigned int seconds);
  */
 constraint_handler_t set_constraint_handler_s(constraint_handler_t handler);
 
-/* A handler that writes "Runtime-constraint: " and the message to standard error and aborts. */
+/* A handler that writes the message to standard error and aborts. */
 void abort_handler_s(const char *_VEXRT_RESTRICT msg, void *_VEXRT_RESTRICT ptr, errno_t error);
 
 /* A handler that does nothing. */

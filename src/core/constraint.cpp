@@ -30,7 +30,7 @@ extern "C" constraint_handler_t set_constraint_handler_s(constraint_handler_t ha
 }
 
 extern "C" void abort_handler_s(const char *message, void *, errno_t) {
-    write_diagnostic("Runtime-constraint: ", message ? message : "", "\n");
+    write_diagnostic(message ? message : "", "\n");
     abort();
 }
 

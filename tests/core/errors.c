@@ -194,7 +194,7 @@ static void test_children(void)
     CHECK_STR(child.error, "prefix: No such file or directory\r\nNo such file or directory\r\nError #200\r\n");
     child = child_run("abort", NULL);
     CHECK_INT(child.status, 1);
-    CHECK_STR(child.error, "Runtime-constraint: Invalid argument\r\nabort -- terminating\r\n");
+    CHECK_STR(child.error, "Invalid argument\r\nabort -- terminating\r\n");
     child = child_run("ignore", NULL);
     CHECK_INT(child.status, 3);
     CHECK_STR(child.error, "");
