@@ -1,4 +1,4 @@
-/* <dirent.h> - directory streams. */
+/* <dirent.h> - POSIX: directory streams. */
 #ifndef _DIRENT_H
 #define _DIRENT_H
 

@@ -1,4 +1,4 @@
-/* <dlfcn.h> - loading of libraries at run time. */
+/* <dlfcn.h> - POSIX: loading of libraries at run time. */
 #ifndef _DLFCN_H
 #define _DLFCN_H
 

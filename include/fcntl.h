@@ -1,4 +1,4 @@
-/* <fcntl.h> - flags of _open() and its family. */
+/* <fcntl.h> - POSIX, with flags customary on Windows: flags of _open() and its family. */
 #ifndef _FCNTL_H
 #define _FCNTL_H
 

@@ -1,4 +1,4 @@
-/* <ftw.h> - visiting a directory tree. */
+/* <ftw.h> - POSIX: visiting a directory tree. */
 #ifndef _FTW_H
 #define _FTW_H
 

@@ -1,4 +1,4 @@
-/* <process.h> - child processes, and threads by their handles. */
+/* <process.h> - customary on Windows: child processes, and threads by their handles. */
 #ifndef _PROCESS_H
 #define _PROCESS_H
 

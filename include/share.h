@@ -1,4 +1,4 @@
-/* <share.h> - sharing modes of _sopen(). */
+/* <share.h> - customary on Windows: sharing modes of _sopen(). */
 #ifndef _SHARE_H
 #define _SHARE_H
 

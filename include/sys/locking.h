@@ -1,4 +1,4 @@
-/* <sys/locking.h> - modes of _locking(). */
+/* <sys/locking.h> - customary on Windows: modes of _locking(). */
 #ifndef _SYS_LOCKING_H
 #define _SYS_LOCKING_H
 

@@ -1,4 +1,4 @@
-/* <sys/stat.h> - file status. */
+/* <sys/stat.h> - POSIX: file status. */
 #ifndef _SYS_STAT_H
 #define _SYS_STAT_H
 

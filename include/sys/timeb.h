@@ -1,4 +1,4 @@
-/* <sys/timeb.h> - the time with milliseconds. */
+/* <sys/timeb.h> - older editions of POSIX: the time with milliseconds. */
 #ifndef _SYS_TIMEB_H
 #define _SYS_TIMEB_H
 

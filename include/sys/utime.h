@@ -1,4 +1,4 @@
-/* <sys/utime.h> - setting the times of a file. */
+/* <sys/utime.h> - customary on Windows: setting the times of a file. */
 #ifndef _SYS_UTIME_H
 #define _SYS_UTIME_H
 
