@@ -1,5 +1,6 @@
 /*
- * <conio.h> - customary on Windows: the console, its keyboard and its screen, past all descriptors and streams.
+ * <conio.h> - customary on Windows: the console, its keyboard and its screen, past all descriptors and
+ * streams.
  *
  * The functions use the console of the process (CONIN$ and CONOUT$) even when standard input and
  * output are redirected. It is opened on first use. If that fails it is not tried again: the functions

@@ -1,5 +1,5 @@
-/* <direct.h> - customary on Windows: directories and drives. Unless stated otherwise the functions return 0, or -1 with errno:
-   ENOENT, EACCES, EEXIST, ENOTEMPTY, and EINVAL for a null path. */
+/* <direct.h> - customary on Windows: directories and drives. Unless stated otherwise the functions return 0,
+   or -1 with errno: ENOENT, EACCES, EEXIST, ENOTEMPTY, and EINVAL for a null path. */
 #ifndef _DIRECT_H
 #define _DIRECT_H
 
