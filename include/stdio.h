@@ -367,6 +367,8 @@ int fileno(FILE *stream);
 FILE *fdopen(int fd, const char *mode);
 int fseeko(FILE *stream, off_t offset, int whence);
 off_t ftello(FILE *stream);
+int fseeko64(FILE *stream, long long offset, int whence);
+long long ftello64(FILE *stream);
 FILE *popen(const char *command, const char *mode);
 int pclose(FILE *stream);
 #endif

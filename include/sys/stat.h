@@ -101,6 +101,16 @@ int stat(const char *_VEXRT_RESTRICT path, struct stat *_VEXRT_RESTRICT buf);
 int fstat(int fd, struct stat *buf);
 int chmod(const char *path, mode_t mode);
 int mkdir(const char *path, mode_t mode);
+
+/* Programs for Windows have one name each for a structure and its function, as POSIX has `stat`. */
+int stat64(const char *path, struct stat64 *buf);
+#ifndef _VEXRT_BUILD
+#define _stat stat
+#define _stat64 stat64
+#define _stati64 stat64
+#define _wstati64 _wstat64
+#define _fstati64 _fstat64
+#endif
 #endif
 
 _VEXRT_END

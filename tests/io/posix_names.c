@@ -32,9 +32,12 @@ int main(void)
     CHECK_INT(_lseeki64(fd, -1, SEEK_END), 4);
     CHECK(_telli64(fd) == 4 && _filelengthi64(fd) == 5);
     FILE *stream = fdopen(fd, "rb");
-    CHECK(_fseeki64(stream, 2, SEEK_SET) == 0 && _ftelli64(stream) == 2 && fclose(stream) == 0);
+    CHECK(_fseeki64(stream, 2, SEEK_SET) == 0 && _ftelli64(stream) == 2 && ftello64(stream) == 2 && fclose(stream) == 0);
     CHECK_INT(stat(name, &status), 0);
     CHECK_INT(status.st_mode & _S_IFMT, _S_IFREG);
+    struct _stat same;
+    struct _stati64 wide;
+    CHECK(_stat(name, &same) == 0 && _stati64(name, &wide) == 0 && same.st_size + wide.st_size == 10);
     CHECK(S_ISREG(status.st_mode) && status.st_size == 5);
     CHECK_INT(access(name, R_OK | W_OK), 0);
     CHECK_INT(mkdir("io-posix", 0700), 0);
