@@ -94,7 +94,7 @@ Pair angle_of(Pair y, Pair x) {
     bool narrow_angle = rise < run * 0x1p-30 || run < rise * 0x1p-30;
     if (!middle || narrow_angle) {
         bool small = x.high > 0 && rise < run * 0x1p-30 && run > 0x1p-400 && run < 0x1p400;
-        return small ? small_quotient(y, x) : Pair{angle_of(y.high, x.high), 0};
+        return small ? extreme_quotient(y, x) : Pair{angle_of(y.high, x.high), 0};
     }
     Pair angle = arctangent_of_quotient(rise, run, rise / run);
     angle = sum_of_ordered(angle.high, angle.low);

@@ -12,16 +12,16 @@ namespace vexrt {
 SineAndCosine sine_and_cosine(double x, double low) {
     if (absolute_value(x) < 0x1p-27) return {{x, low}, {1, 0}};
     Reduced reduced = reduce(x);
-    reduced.low += low;
+    // The second part of a large angle counts in every term.
+    Pair rest = exact_sum(reduced.high, reduced.low + low);
+    reduced.high = rest.high;
+    reduced.low = rest.low;
     SmallAngle angle = small_angle(reduced);
     Pair sine = sine_of(angle, reduced.step), cosine = sine_of(angle, reduced.step + quarter_turn);
     return {sum_of_ordered(sine.high, sine.low), sum_of_ordered(cosine.high, cosine.low)};
 }
 
 namespace {
-
-// Beyond this every part over- or underflows.
-constexpr double exponent_limit = 3000;
 
 // power (1 + rest) times a sum, rounded little more than once: the leading bits' product is exact.
 double part_of(double power, double rest, Pair direction) {
@@ -35,14 +35,14 @@ Complex finite_exponential(Pair x, Pair y) {
     if (!(absolute_value(x.high) < exponent_limit)) x = {with_sign_of(exponent_limit, x.high), 0};
     Exponential e = table_exponential(x.high, x.low);
     SineAndCosine direction = sine_and_cosine(y.high, y.low);
-    if (__builtin_expect(is_plain(e), true)) {
+    bool tiny = absolute_value(y.high) < 0x1p-900; // what is left of its product must be kept
+    if (__builtin_expect(is_plain(e) && !tiny, true)) {
         double power = scaled_power(e.power, e.exponent);
-        return {part_of(power, e.rest, direction.cosine),
-                y.high == 0 ? y.high : part_of(power, e.rest, direction.sine)};
+        return {part_of(power, e.rest, direction.cosine), part_of(power, e.rest, direction.sine)};
     }
     Pair magnitude = pair_of(e);
-    return {scaled(magnitude * direction.cosine, e.exponent),
-            y.high == 0 ? y.high : scaled(magnitude * direction.sine, e.exponent)};
+    return {scaled_product(magnitude, direction.cosine, e.exponent),
+            y.high == 0 ? y.high : scaled_product(magnitude, direction.sine, e.exponent)};
 }
 
 [[gnu::cold, gnu::noinline]] Complex special_exponential(Complex z) {
@@ -83,9 +83,13 @@ Pair logarithm_of_magnitude(Complex z) {
     }
     int power = exponent_field(longer) - FloatTraits<double>::bias;
     if (power > -400 && power < 400) power = 0;
-    longer *= power_of_two(-power);
-    bool counts = shorter >= longer * negligible * power_of_two(power < 0 ? power : 0);
-    shorter = counts || longer == 1 ? shorter * power_of_two(-power) : 0;
+    if (power > 1000) power = 1000; // its reciprocal is in the normal range
+    if (power < -1000) power = -1000;
+    double factor = power_of_two(-power);
+    if (power < 0) longer *= factor, shorter *= factor;
+    bool counts = shorter >= longer * negligible;
+    if (!counts && longer != 1) shorter = 0;
+    if (power > 0) longer *= factor, shorter *= factor;
     Pair a = exact_product(longer, longer);
     Pair b = counts ? exact_product(shorter, shorter) : Pair{shorter * shorter, 0};
     double square = a.high + b.high;
@@ -114,20 +118,25 @@ Complex logarithm(Complex z) {
     return {sum_of(logarithm_of_magnitude(z)), angle_of(z.imaginary, z.real)};
 }
 
+// a b for a factor so large that an exact product with it might overflow. Beyond 2^1000 one number
+// is as good as another.
+Pair times_any(Pair a, double b) {
+    if (__builtin_expect(absolute_value(b) < 0x1p500, true)) return a * b;
+    Pair product = a * (b * 0x1p-600);
+    if (absolute_value(product.high) > 0x1p400) return {with_sign_of(0x1p1000, product.high), 0};
+    return scaled_by(product, 0x1p600);
+}
+
 // e^(w log z), the logarithm as sums of two.
 Complex power(Complex z, Complex w) {
     if (is_zero(w)) return {1, 0};
     if (is_zero(z) && w.real > 0 && is_finite(w)) return {0, 0};
     if (!is_finite(z) || !is_finite(w) || is_zero(z)) {
-        Complex log = logarithm(z);
-        return exponential({w.real * log.real - w.imaginary * log.imaginary,
-                            w.real * log.imaginary + w.imaginary * log.real});
+        return exponential(product(w, logarithm(z)));
     }
     Pair size = logarithm_of_magnitude(z), angle = angle_of(Pair{z.imaginary, 0}, Pair{z.real, 0});
-    constexpr double limit = 0x1p500;
-    if (absolute_value(w.real) > limit) w.real = with_sign_of(limit, w.real);
-    if (absolute_value(w.imaginary) > limit) w.imaginary = with_sign_of(limit, w.imaginary);
-    Pair x = size * w.real + -(angle * w.imaginary), y = angle * w.real + size * w.imaginary;
+    Pair x = times_any(size, w.real) + -times_any(angle, w.imaginary);
+    Pair y = times_any(angle, w.real) + times_any(size, w.imaginary);
     return finite_exponential(x, y);
 }
 
@@ -193,7 +202,7 @@ ComplexPair square_root_of(Pair real, double imaginary) {
     Pair sum = x + size;
     Pair t = square_root(Pair{sum.high * 0.5, sum.low * 0.5});
     t = {t.high * back, t.low * back};
-    Pair other = small_quotient({absolute_value(imaginary), 0}, {2 * t.high, 2 * t.low});
+    Pair other = extreme_quotient({absolute_value(imaginary), 0}, {2 * t.high, 2 * t.low});
     ComplexPair result = negative ? ComplexPair{other, t} : ComplexPair{t, other};
     if (sign_of(imaginary)) result.imaginary = -result.imaginary;
     return result;

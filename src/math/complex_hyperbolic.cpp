@@ -24,7 +24,8 @@ struct SineAndCosineHyperbolic {
 SineAndCosineHyperbolic hyperbolic(double magnitude) {
     if (magnitude < 0x1p-27) return {{magnitude, 0}, {1, 0}, 0};
     if (magnitude >= large) {
-        Exponential e = table_exponential(magnitude < 3000 ? magnitude : 3000, 0);
+        Exponential e =
+            table_exponential(magnitude < exponent_limit ? magnitude : exponent_limit, 0);
         return {pair_of(e), pair_of(e), e.exponent - 1};
     }
     Pair less_one = exponential_minus_1(magnitude);
@@ -35,8 +36,6 @@ SineAndCosineHyperbolic hyperbolic(double magnitude) {
             Pair{0.5 * difference.high, 0.5 * difference.low} + 1,
             0};
 }
-
-double product(Pair a, Pair b, int exponent) { return scaled(a * b, exponent); }
 
 // Parts that are infinite or no numbers, and zeros beside them (G.6.2.5).
 [[gnu::cold, gnu::noinline]] Complex special_sine(Complex z) {
@@ -89,8 +88,9 @@ Complex hyperbolic_sine(Complex z) {
     if (__builtin_expect(!is_finite(z), false)) return special_sine(z);
     auto [sine, cosine, exponent] = hyperbolic(absolute_value(z.real));
     SineAndCosine direction = sine_and_cosine(z.imaginary);
-    double real = z.real == 0 ? 0 : product(sine, direction.cosine, exponent);
-    double imaginary = z.imaginary == 0 ? z.imaginary : product(cosine, direction.sine, exponent);
+    double real = z.real == 0 ? 0 : scaled_product(sine, direction.cosine, exponent);
+    double imaginary =
+        z.imaginary == 0 ? z.imaginary : scaled_product(cosine, direction.sine, exponent);
     if (z.real == 0) real = with_sign_of(0.0, direction.cosine.high);
     return {sign_of(z.real) ? -real : real, imaginary};
 }
@@ -100,9 +100,10 @@ Complex hyperbolic_cosine(Complex z) {
     auto [sine, cosine, exponent] = hyperbolic(absolute_value(z.real));
     SineAndCosine direction = sine_and_cosine(z.imaginary);
     bool zero = z.real == 0 || z.imaginary == 0;
-    double imaginary =
-        zero ? with_sign_of(0.0, direction.sine.high) : product(sine, direction.sine, exponent);
-    return {product(cosine, direction.cosine, exponent), sign_of(z.real) ? -imaginary : imaginary};
+    double imaginary = zero ? with_sign_of(0.0, direction.sine.high)
+                            : scaled_product(sine, direction.sine, exponent);
+    return {scaled_product(cosine, direction.cosine, exponent),
+            sign_of(z.real) ? -imaginary : imaginary};
 }
 
 Complex hyperbolic_tangent(Complex z) {
@@ -111,16 +112,18 @@ Complex hyperbolic_tangent(Complex z) {
     SineAndCosine direction = sine_and_cosine(z.imaginary);
     Pair turn = direction.sine * direction.cosine;
     if (magnitude > large) { // 4 sin y cos y e^(-2 x)
-        Exponential e = table_exponential(magnitude < 1000 ? -2 * magnitude : -2000, 0);
+        constexpr double limit = exponent_limit / 2;
+        Exponential e = table_exponential(-2 * (magnitude < limit ? magnitude : limit), 0);
         double imaginary =
-            z.imaginary == 0 ? z.imaginary : product(turn, pair_of(e), e.exponent + 2);
+            z.imaginary == 0 ? z.imaginary : scaled_product(turn, pair_of(e), e.exponent + 2);
         return {with_sign_of(1.0, z.real), imaginary};
     }
     auto [sine, cosine, exponent] = hyperbolic(magnitude);
     Pair denominator = sine * sine + direction.cosine * direction.cosine;
     double real = z.real == 0 ? 0 : sum_of(sine * cosine / denominator);
-    double imaginary = z.imaginary == 0 ? z.imaginary : sum_of(turn / denominator);
-    return {with_sign_of(real, z.real), imaginary};
+    double imaginary = sum_of(turn / denominator);
+    double sign = direction.sine.high * direction.cosine.high;
+    return {with_sign_of(real, z.real), with_sign_of(imaginary, sign)};
 }
 
 // The same for parts that are floats, in double.

@@ -29,19 +29,39 @@ inline bool is_infinite(Complex z) { return is_infinite(z.real) || is_infinite(z
 inline double sum_of(Pair x) { return x.high + x.low; }
 inline Complex sum_of(const ComplexPair &z) { return {sum_of(z.real), sum_of(z.imaginary)}; }
 
-// value 2^power, by multiplications that raise what is due.
-inline double scaled(Pair value, int power) {
-    double sum = sum_of(value);
-    int half = power / 2;
-    return sum * power_of_two(half) * power_of_two(power - half);
+inline Pair scaled_by(Pair value, double factor) {
+    return {value.high * factor, value.low * factor};
 }
 
-// y / x where that may be so small that the division's exact products would vanish.
-inline Pair small_quotient(Pair y, Pair x) {
-    if (absolute_value(y.high) >= 0x1p-300) return y / x;
-    constexpr double up = 0x1p600, down = 0x1p-600;
-    Pair quotient = Pair{y.high * up, y.low * up} / x;
-    return {quotient.high * down, quotient.low * down};
+// Past +-this e^x and all its products with numbers in range over- or underflow.
+constexpr double exponent_limit = 1500;
+
+// value 2^power for |power| < 3000, by multiplications that raise what is due.
+inline double scaled(Pair value, int power) {
+    int third = power / 3;
+    double factor = power_of_two(third);
+    return sum_of(value) * factor * factor * power_of_two(power - 2 * third);
+}
+
+// Takes 2^-600 out of a factor so small that an exact product with it might vanish.
+inline int take_power_out(Pair &factor) {
+    if (__builtin_expect(absolute_value(factor.high) >= 0x1p-400, true)) return 0;
+    factor = scaled_by(factor, 0x1p600);
+    return -600;
+}
+
+// a b 2^power, |power| < 2200.
+inline double scaled_product(Pair a, Pair b, int power) {
+    power += take_power_out(a) + take_power_out(b);
+    return scaled(a * b, power > -3000 ? power : -3000);
+}
+
+// y / x where the division's exact products may vanish, or overflow.
+inline Pair extreme_quotient(Pair y, Pair x) {
+    double size = absolute_value(y.high);
+    if (size >= 0x1p-300 && size < 0x1p900) return y / x;
+    double factor = size < 1 ? 0x1p600 : 0x1p-600;
+    return scaled_by(scaled_by(y, factor) / x, 1 / factor);
 }
 
 // The angle of a point, also of one whose coordinates are sums. A small one is a quotient, and
@@ -62,6 +82,9 @@ SineAndCosine sine_and_cosine(double x, double low = 0);
 
 // asinh of a sum that is not negative, below 2^900.
 Pair area_sine_of(Pair x);
+
+// By the formula, with the infinities of Annex G.
+Complex product(Complex x, Complex y);
 
 // The principal root of a number whose real part is a sum; finite.
 ComplexPair square_root_of(Pair real, double imaginary);

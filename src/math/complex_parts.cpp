@@ -39,6 +39,8 @@ Complex numbers_or_zero(Complex z) { return {number_or_zero(z.real), number_or_z
             infinity * (a.real * b.imaginary + a.imaginary * b.real)};
 }
 
+} // namespace
+
 Complex product(Complex x, Complex y) {
     Complex result = {x.real * y.real - x.imaginary * y.imaginary,
                       x.real * y.imaginary + x.imaginary * y.real};
@@ -46,6 +48,8 @@ Complex product(Complex x, Complex y) {
         return recovered_product(x, y);
     return result;
 }
+
+namespace {
 
 // A divisor of zero, infinities, NaNs.
 [[gnu::cold, gnu::noinline]] Complex special_quotient(Complex x, Complex y) {
@@ -79,27 +83,40 @@ double sum_of_products(double a, double b, double c, double d) {
     return sum_of(exact_product(a, b) + exact_product(c, d));
 }
 
-// Both operands are brought near 1 first; the quotient goes back in two steps.
+// Of numbers whose squares and products are in range.
+Complex near_quotient(Complex x, Complex y) {
+    double size = sum_of_products(y.real, y.real, y.imaginary, y.imaginary);
+    return {sum_of_products(x.real, y.real, x.imaginary, y.imaginary) / size,
+            sum_of_products(x.imaginary, y.real, -x.real, y.imaginary) / size};
+}
+
+bool is_far_from_1(Complex z) { return exponent_of(z) - 700u > 600; }
+
+// Brings a number near 1 by a power of two, which is returned.
+int bring_near_1(Complex &z) {
+    if (!is_far_from_1(z)) return 0;
+    int shift = exponent_of(z) < 54 ? 1000 : 1023 - exponent_of(z);
+    z = scaled_by(scaled_by(z, power_of_two(shift / 2)), power_of_two(shift - shift / 2));
+    return shift;
+}
+
+// By a real or imaginary number part by part: the parts' sizes may be too far apart for one scale.
+[[gnu::cold, gnu::noinline]] Complex far_quotient(Complex x, Complex y) {
+    if (x.real != 0 && x.imaginary != 0) {
+        if (y.imaginary == 0) return {x.real / y.real, x.imaginary / y.real};
+        if (y.real == 0) return {x.imaginary / y.imaginary, -x.real / y.imaginary};
+    }
+    int power = bring_near_1(y) - bring_near_1(x);
+    Complex result = near_quotient(x, y);
+    return {scaled({result.real, 0}, power), scaled({result.imaginary, 0}, power)};
+}
+
 Complex quotient(Complex x, Complex y) {
     bool zero = y.real == 0 && y.imaginary == 0;
     if (__builtin_expect(zero || !is_finite(x) || !is_finite(y), false))
         return special_quotient(x, y);
-    int power = 0;
-    if (__builtin_expect(exponent_of(y) - 700u > 600, false)) {
-        int shift = exponent_of(y) < 54 ? 1000 : 1023 - exponent_of(y);
-        y = scaled_by(scaled_by(y, power_of_two(shift / 2)), power_of_two(shift - shift / 2));
-        power += shift;
-    }
-    if (__builtin_expect(exponent_of(x) - 700u > 600, false)) {
-        int shift = exponent_of(x) < 54 ? 1000 : 1023 - exponent_of(x);
-        x = scaled_by(scaled_by(x, power_of_two(shift / 2)), power_of_two(shift - shift / 2));
-        power -= shift;
-    }
-    double size = sum_of_products(y.real, y.real, y.imaginary, y.imaginary);
-    Complex result = {sum_of_products(x.real, y.real, x.imaginary, y.imaginary) / size,
-                      sum_of_products(x.imaginary, y.real, -x.real, y.imaginary) / size};
-    if (__builtin_expect(power == 0, true)) return result;
-    return {scaled({result.real, 0}, power), scaled({result.imaginary, 0}, power)};
+    if (__builtin_expect(is_far_from_1(x) || is_far_from_1(y), false)) return far_quotient(x, y);
+    return near_quotient(x, y);
 }
 
 double magnitude(Complex z, const char *name) { return hypotenuse(z.real, z.imaginary, name); }

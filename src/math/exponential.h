@@ -73,7 +73,7 @@ inline Exponential exponential_of_rest(double r, int steps) {
     return {entry.power, rest, steps >> 7};
 }
 
-// Of x + low, |x| < 1100, |low| < ulp(x).
+// Of x + low, |x| <= 1500, |low| < ulp(x).
 inline Exponential table_exponential(double x, double low) {
     auto [multiple, steps] = near_integer(x * exp_steps_per_unit);
     double r = (x - multiple * exp_step_high) - multiple * exp_step_low;

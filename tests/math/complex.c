@@ -62,6 +62,8 @@ static const struct c cases[] = {
     {F(cexp), INF, 0, INF, 0, 0, 0}, {F(cexp), -INF, 2, -0.0, 0, 0, 0}, {F(cexp), INF, 2, -INF, INF, 0, 0},
     {F(cexp), -INF, INF, 0, 0, 0, 3}, {F(cexp), INF, INF, INF, NAN, 1, 1}, {F(cexp), -INF, NAN, 0, 0, 0, 3},
     {F(cexp), INF, NAN, INF, NAN, 0, 1}, {F(cexp), NAN, 0, NAN, 0, 0, 0}, {F(cexp), NAN, 3, NAN, NAN, -1, 0},
+    {F(cexp), 1e10, 2, -INF, INF, 0, 0}, {F(cexp), -1e10, 2, -0.0, 0, 0, 0}, {F(csinh), 1e10, 2, -INF, INF, 0, 0},
+    {F(ccosh), -1e10, 2, -INF, -INF, 0, 0}, {F(ctanh), 710, 2, 1, -0.0, 0, 0}, {F(ctanh), -1e30, 1, -1, 0, 0, 0},
     {F(clog), -1, 0, 0, PI, 0, 0}, {F(clog), 3, INF, INF, PI / 2, 0, 0}, {F(clog), 3, NAN, NAN, NAN, -1, 0},
     {F(clog), -INF, 3, INF, PI, 0, 0}, {F(clog), INF, 3, INF, 0, 0, 0}, {F(clog), -INF, INF, INF, 3 * PI / 4, 0, 0},
     {F(clog), INF, INF, INF, PI / 4, 0, 0}, {F(clog), INF, NAN, INF, NAN, 0, 0}, {F(clog), NAN, 3, NAN, NAN, -1, 0},
@@ -153,6 +155,27 @@ static void test_power_and_parts(void)
     CHECK(cabs(CMPLX(1.7e308, 1.7e308)) == INF && errno == ERANGE);
 }
 
+/* Parts at the ends of the range, which must neither overflow on the way nor lose bits. */
+static void test_extremes(void)
+{
+    const double max = 0x1.fffffffffffffp1023, least = 0x1p-1074;
+    check_value(clog(CMPLX(max, 0)), 709.782712893383973, 0, "clog of the greatest number");
+    check_value(clog(CMPLX(-1, max)), 709.782712893383973, PI / 2, "clog of the greatest number i");
+    check_value(csqrt(CMPLX(0, max)), 0x1.6a09e667f3bccp511, 0x1.6a09e667f3bccp511, "csqrt of the greatest number i");
+    check_value(cexp(CMPLX(10, least)), 22026.4657948067165, 22026 * least, "e^10 of a tiny angle");
+    check_value(cexp(CMPLX(1000, least)), INF, 0x1.9e72379aed73bp368, "e^1000 of a tiny angle");
+    check_value(ccosh(CMPLX(-710, least)), 0x1.3e21a464507f9p1023, -0x1.3e21a464507f9p-51, "ccosh of a tiny angle");
+    check_value(ctanh(CMPLX(1, -least)), 0x1.85efab514f394p-1, -0.0, "ctanh of a tiny angle");
+    check_value(cpow(CMPLX(2, 0), CMPLX(0, 1e5)), 0.187428421833902148, -0.982278263369831895, "2^(100000 i)");
+    CHECK(cabs(cpow(CMPLX(1e-20, -1e-300), CMPLX(1, -1e300))) == 0);
+    check_value(cpow(CMPLX(0.5, -0.5), CMPLX(-INF, NAN)), INF, NAN, "to an infinite power");
+    check_value(__cxdiv(CMPLX(-max, 1e-300), CMPLX(2, 0)), -max / 2, 5e-301, "sizes apart, by a real number");
+    check_value(__cxdiv(CMPLX(1e-300, max), CMPLX(-0.0, 2)), max / 2, -5e-301, "sizes apart, by an imaginary number");
+    feclearexcept(FE_ALL_EXCEPT);
+    (void)ctanh(CMPLX(max, 3));
+    CHECK(!fetestexcept(FE_OVERFLOW | FE_INVALID));
+}
+
 static void test_product_and_quotient(void)
 {
     check_value(__cxmul(CMPLX(1, 2), CMPLX(3, -4)), 11, 2, "product");
@@ -178,6 +201,7 @@ int main(void)
     test_special();
     test_huge_inverse_tangents();
     test_power_and_parts();
+    test_extremes();
     test_product_and_quotient();
     return check_done();
 }
