@@ -1,5 +1,6 @@
 /* <direct.h> - customary on Windows: directories and drives. Unless stated otherwise the functions return 0,
-   or -1 with errno: ENOENT, EACCES, EEXIST, ENOTEMPTY, and EINVAL for a null path. */
+   or -1 with errno: ENOENT (also for an empty path), EACCES, EEXIST, ENOTEMPTY, and EINVAL for a null path, a
+   name that the system does not allow, and a file in place of a directory. */
 #ifndef _DIRECT_H
 #define _DIRECT_H
 

@@ -157,8 +157,8 @@ int _wchmod(const wchar_t *path, int pmode);
 int _unlink(const char *path);
 int _wunlink(const wchar_t *path);
 
-/* Make a symbolic link. 0, or -1 with EPERM where the system wants a privilege for it, ENOSYS where it has
-   no links, EEXIST, EINVAL. */
+/* Make a symbolic link; a relative `target` counts from the directory of the link. 0, or -1 with EPERM where
+   the system wants a privilege for it, ENOSYS where it has no links, EEXIST, ENOENT, ENAMETOOLONG, EINVAL. */
 int _symlink(const char *target, const char *linkpath);
 int _wsymlink(const wchar_t *target, const wchar_t *linkpath);
 

@@ -116,12 +116,13 @@ char *_fullpath(char *buf, const char *path, size_t size);
 wchar_t *_wfullpath(wchar_t *buf, const wchar_t *path, size_t size);
 
 /* Takes a path apart: drive with its colon, directory with the separator at its end, name, and extension
-   with its dot. Each part (which may be null) has room for 260 characters. */
+   with its dot. Each part (which may be null) has room for 260 characters. EINVAL, and empty parts: a null
+   path. */
 void _splitpath(const char *path, char *drive, char *dir, char *fname, char *ext);
 void _wsplitpath(const wchar_t *path, wchar_t *drive, wchar_t *dir, wchar_t *fname, wchar_t *ext);
 
 /* Puts a path together from parts, which may be null or empty, with the colon, the separator and the dot
-   that they lack. `path` has room for 260 characters; what is beyond 258 is cut. */
+   that they lack. `path` has room for 260 characters; what is beyond 258 is cut. EINVAL: it is null. */
 void _makepath(char *path, const char *drive, const char *dir, const char *fname, const char *ext);
 void _wmakepath(wchar_t *path, const wchar_t *drive, const wchar_t *dir, const wchar_t *fname,
                 const wchar_t *ext);

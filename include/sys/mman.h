@@ -27,8 +27,9 @@ _VEXRT_BEGIN
  * Maps `len` bytes of a file from `off` on, a multiple of 4096. The mapping stays when the descriptor is
  * closed. What lies beyond the end of the file cannot be touched. Returns the address; MAP_FAILED with
  * EINVAL (no length, one above INT_MAX, neither or both of MAP_SHARED and MAP_PRIVATE, an offset that is
- * negative, no multiple or beyond the end), EBADF, ENODEV (a pipe or device), EACCES (the descriptor does
- * not allow it), ENOMEM.
+ * negative, no multiple or beyond the end; with MAP_FIXED an address that is null, in use, or lies in its 64
+ * KiB elsewhere than the offset in its own), EBADF, ENODEV (a pipe or device), EACCES (the descriptor does not
+ * allow it), ENOMEM.
  */
 void *_mmap(void *addr, size_t len, int prot, int flags, int fd, off_t off);
 
@@ -37,7 +38,7 @@ void *_mmap(void *addr, size_t len, int prot, int flags, int fd, off_t off);
 int _munmap(void *addr, size_t len);
 
 /* Sends what has been changed in a shared mapping to the file. 0; -1 with EINVAL for other flags, both
-   MS_ASYNC and MS_SYNC, and an address that is no multiple of 4096; ENOMEM for one that is not mapped. */
+   MS_ASYNC and MS_SYNC, and an address that is no multiple of 4096; ENOMEM where something is not mapped. */
 int _msync(void *addr, size_t len, int flags);
 
 #ifdef _VEXRT_POSIX

@@ -61,9 +61,6 @@ struct FileApi;
                                       FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,  \
                                       FILE_FLAG_BACKUP_SEMANTICS, nullptr);                        \
         }                                                                                          \
-        static BOOL set_variable(const Char *name, const Char *value) {                            \
-            return SetEnvironmentVariable##Suffix(name, value);                                    \
-        }                                                                                          \
     }
 VEXRT_FILE_API(char, A);
 VEXRT_FILE_API(wchar_t, W);

@@ -37,8 +37,11 @@ public:
     int start(const Char *path) {
         size_t length = FileApi<Char>::length(path);
         if (length == 0) return fail_with(ENOENT);
+        // A separator at the end, but of a root, hides a directory from the search.
+        while (length > 1 && is_slash(path[length - 1]) && path[length - 2] != ':') --length;
         if (length >= path_capacity) return fail_with(ENAMETOOLONG);
-        memcpy(path_, path, (length + 1) * sizeof(Char));
+        memcpy(path_, path, length * sizeof(Char));
+        path_[length] = 0;
         struct stat status;
         if (Tree<Char>::status(path_, &status) != 0) return -1;
         return visit(length, status);

@@ -34,17 +34,26 @@ bool remember(const void *address) {
     return true;
 }
 
-// True when the address was in the list.
-bool forget(const void *address) {
+uintptr_t granule_of(const void *address) {
+    return reinterpret_cast<uintptr_t>(address) / granularity;
+}
+uintptr_t place_in_granule(const void *address) {
+    return reinterpret_cast<uintptr_t>(address) % granularity;
+}
+
+// Whether the mapping of the view that begins in the address's granule begins at the address. If
+// so, it is no longer remembered.
+bool forget_beginning(const void *address) {
     Locked guard(inner_lock);
     for (InnerMapping **link = &inner_mappings; *link; link = &(*link)->next) {
         InnerMapping *entry = *link;
-        if (entry->address != address) continue;
+        if (granule_of(entry->address) != granule_of(address)) continue;
+        if (entry->address != address) return false;
         *link = entry->next;
         heap_release(entry);
         return true;
     }
-    return false;
+    return place_in_granule(address) == 0;
 }
 
 struct Access {
@@ -63,7 +72,12 @@ Access access_of(int protection, bool is_private, bool anonymous) {
             view}; // the executable protections follow in the same order
 }
 
+// The system would round an address down to its granularity.
 void *map_anonymous(void *address, size_t length, int protection) {
+    if (place_in_granule(address) != 0) {
+        SetLastError(ERROR_INVALID_PARAMETER);
+        return nullptr;
+    }
     Access access = access_of(protection, true, true);
     DWORD page = protection == PROT_NONE ? static_cast<DWORD>(PAGE_NOACCESS) : access.page;
     return VirtualAlloc(address, length, MEM_RESERVE | MEM_COMMIT, page);
@@ -102,26 +116,27 @@ void *map_file(void *address, size_t length, int protection, bool is_private, HA
     return nullptr;
 }
 
-void *mapping_failed(int code) {
-    set_errno(code);
+void *result_of(void *mapped) {
+    if (mapped) return mapped;
+    map_os_error(GetLastError());
     return MAP_FAILED;
 }
 
-bool valid_request(size_t length, int protection, int flags, off_t offset) {
+bool valid_request(const void *address, size_t length, int protection, int flags, off_t offset) {
     int sharing = flags & (MAP_SHARED | MAP_PRIVATE);
     return length != 0 && length <= INT_MAX &&
            !(protection & ~(PROT_READ | PROT_WRITE | PROT_EXEC)) &&
-           (sharing == MAP_SHARED || sharing == MAP_PRIVATE) && offset >= 0 &&
-           offset % page_size == 0;
+           (sharing == MAP_SHARED || sharing == MAP_PRIVATE) && (address || !(flags & MAP_FIXED)) &&
+           offset >= 0 && offset % page_size == 0;
 }
 
-// Whether a mapping may begin at `address`, of which the system tells the region. A view that
-// begins in the middle of its granularity must be in the list as well.
+// Whether a mapping begins at `address`, of which the system tells the region.
 bool begins_mapping(const void *address, const MEMORY_BASIC_INFORMATION &region) {
-    auto inner = reinterpret_cast<uintptr_t>(address) % granularity;
-    return region.State != MEM_FREE && region.Type != MEM_IMAGE &&
-           region.AllocationBase == static_cast<const char *>(address) - inner &&
-           (inner == 0 || (region.Type == MEM_MAPPED && forget(address)));
+    if (region.State == MEM_FREE || region.Type == MEM_IMAGE) return false;
+    if (region.Type != MEM_MAPPED) return region.AllocationBase == address;
+    auto inner = place_in_granule(address);
+    return region.AllocationBase == static_cast<const char *>(address) - inner &&
+           forget_beginning(address);
 }
 
 } // namespace
@@ -132,21 +147,19 @@ using namespace vexrt;
 
 extern "C" void *_mmap(void *address, size_t length, int protection, int flags, int fd,
                        off_t offset) {
-    if (!valid_request(length, protection, flags, offset)) return mapping_failed(EINVAL);
-    if (!(flags & MAP_FIXED)) address = nullptr;
-    void *mapped;
-    if (flags & MAP_ANONYMOUS) {
-        mapped = map_anonymous(address, length, protection);
-    } else {
-        Descriptor *descriptor = open_descriptor(fd);
-        if (!descriptor) return mapping_failed(EBADF);
-        if (!descriptor->is_seekable()) return mapping_failed(ENODEV);
-        mapped = map_file(address, length, protection, flags & MAP_PRIVATE, descriptor->osfhandle,
-                          static_cast<unsigned>(offset));
+    if (!valid_request(address, length, protection, flags, offset)) {
+        set_errno(EINVAL);
+        return MAP_FAILED;
     }
-    if (mapped) return mapped;
-    map_os_error(GetLastError());
-    return MAP_FAILED;
+    if (!(flags & MAP_FIXED)) address = nullptr;
+    if (flags & MAP_ANONYMOUS) return result_of(map_anonymous(address, length, protection));
+    auto mapped = with_descriptor(fd, [&](Descriptor &descriptor) -> intptr_t {
+        if (!descriptor.is_seekable()) return fail_with(ENODEV);
+        return reinterpret_cast<intptr_t>(
+            result_of(map_file(address, length, protection, flags & MAP_PRIVATE,
+                               descriptor.osfhandle, static_cast<unsigned>(offset))));
+    });
+    return reinterpret_cast<void *>(mapped); // MAP_FAILED for -1
 }
 
 // The whole mapping goes, whatever the length.
@@ -165,7 +178,16 @@ extern "C" int _msync(void *address, size_t length, int flags) {
     if (flags & ~(both | MS_INVALIDATE) || (flags & both) == both ||
         reinterpret_cast<uintptr_t>(address) % page_size)
         return fail_with(EINVAL);
-    if (!VirtualQuery(address, &region, sizeof region) || region.State == MEM_FREE)
-        return fail_with(ENOMEM);
-    return region.Type == MEM_MAPPED ? result_by_system(FlushViewOfFile(address, length)) : 0;
+    auto *at = static_cast<char *>(address);
+    do {
+        if (!VirtualQuery(at, &region, sizeof region) || region.State == MEM_FREE)
+            return fail_with(ENOMEM);
+        size_t here = static_cast<char *>(region.BaseAddress) + region.RegionSize - at;
+        if (here > length) here = length;
+        if (here && region.Type == MEM_MAPPED && !FlushViewOfFile(at, here))
+            return fail_with_last_error();
+        at += here;
+        length -= here;
+    } while (length);
+    return 0;
 }

@@ -12,19 +12,27 @@ namespace vexrt {
 
 namespace {
 
+// EINVAL for none, ENOENT for an empty one, on which systems do not agree.
+template <typename Char>
+bool is_name(const Char *path) {
+    if (path && *path) return true;
+    set_errno(path ? ENOENT : EINVAL);
+    return false;
+}
+
 template <typename Char>
 int unlink_file(const Char *path) {
-    return path ? result_by_system(FileApi<Char>::delete_file(path)) : fail_with(EINVAL);
+    return is_name(path) ? result_by_system(FileApi<Char>::delete_file(path)) : -1;
 }
 
 template <typename Char>
 int rename_file(const Char *from, const Char *to) {
-    return from && to ? result_by_system(FileApi<Char>::move_file(from, to)) : fail_with(EINVAL);
+    return is_name(from) && is_name(to) ? result_by_system(FileApi<Char>::move_file(from, to)) : -1;
 }
 
 template <typename Char>
 int change_mode(const Char *path, int mode) {
-    if (!path) return fail_with(EINVAL);
+    if (!is_name(path)) return -1;
     DWORD attributes = FileApi<Char>::attributes(path);
     if (attributes == INVALID_FILE_ATTRIBUTES) return fail_with_last_error();
     if (mode & S_IWRITE)
@@ -34,44 +42,64 @@ int change_mode(const Char *path, int mode) {
     return result_by_system(FileApi<Char>::set_attributes(path, attributes));
 }
 
-// The system must know whether the link is to a directory. Some systems say that they have made a
-// link and have not.
+template <typename Char>
+size_t directory_length(const Char *path) {
+    size_t length = FileApi<Char>::length(path);
+    while (length && !is_slash(path[length - 1]) && path[length - 1] != ':') --length;
+    return length;
+}
+
+// The system must know whether the link is to a directory, and takes only backslashes in a target,
+// which is relative to the link's directory. Some systems say that they have made a link and have
+// not.
 template <typename Char>
 int make_link(const Char *target, const Char *link) {
-    constexpr DWORD unprivileged = 2;
-    if (!target || !link) return fail_with(EINVAL);
-    DWORD attributes = FileApi<Char>::attributes(target);
-    bool directory = attributes != INVALID_FILE_ATTRIBUTES && attributes & FILE_ATTRIBUTE_DIRECTORY;
-    if (!FileApi<Char>::create_symbolic_link(link, target, unprivileged | directory)) {
-        constexpr DWORD ERROR_PRIVILEGE_NOT_HELD = 1314;
+    constexpr DWORD unprivileged = 2, ERROR_PRIVILEGE_NOT_HELD = 1314;
+    using Api = FileApi<Char>;
+    if (!is_name(target) || !is_name(link)) return -1;
+    if (Api::attributes(link) != INVALID_FILE_ATTRIBUTES) return fail_with(EEXIST);
+    Char path[2 * path_capacity];
+    bool relative = !is_slash(*target) && !has_drive(target);
+    size_t directory = relative ? directory_length(link) : 0, length = Api::length(target);
+    if (directory >= path_capacity || length >= path_capacity) return fail_with(ENAMETOOLONG);
+    memcpy(path, link, directory * sizeof(Char));
+    for (size_t i = 0; i <= length; ++i)
+        path[directory + i] = target[i] == '/' ? static_cast<Char>('\\') : target[i];
+    DWORD attributes = Api::attributes(path);
+    bool to_directory =
+        attributes != INVALID_FILE_ATTRIBUTES && attributes & FILE_ATTRIBUTE_DIRECTORY;
+    if (!Api::create_symbolic_link(link, path + directory, unprivileged | to_directory))
         return GetLastError() == ERROR_PRIVILEGE_NOT_HELD ? fail_with(EPERM)
                                                           : fail_with_last_error();
-    }
-    return FileApi<Char>::attributes(link) == INVALID_FILE_ATTRIBUTES ? fail_with(ENOSYS) : 0;
+    return Api::attributes(link) == INVALID_FILE_ATTRIBUTES ? fail_with(ENOSYS) : 0;
 }
 
 // ---- directories ----
 
 template <typename Char>
 int make_directory(const Char *path) {
-    return path ? result_by_system(FileApi<Char>::create_directory(path)) : fail_with(EINVAL);
+    return is_name(path) ? result_by_system(FileApi<Char>::create_directory(path)) : -1;
 }
 
 template <typename Char>
 int remove_directory(const Char *path) {
-    return path ? result_by_system(FileApi<Char>::remove_directory(path)) : fail_with(EINVAL);
+    return is_name(path) ? result_by_system(FileApi<Char>::remove_directory(path)) : -1;
 }
 
 // The directory of a drive is kept in a variable "=X:", where the system and children look for it.
+void note_directory_of_drive() {
+    wchar_t directory[path_capacity];
+    DWORD length = GetCurrentDirectoryW(path_capacity, directory);
+    if (length == 0 || length >= path_capacity || !has_drive(directory)) return;
+    const wchar_t variable[] = {'=', directory[0], ':', 0};
+    SetEnvironmentVariableW(variable, directory);
+}
+
 template <typename Char>
 int change_directory(const Char *path) {
-    if (!path) return fail_with(EINVAL);
+    if (!is_name(path)) return -1;
     if (!FileApi<Char>::set_current_directory(path)) return fail_with_last_error();
-    Char directory[path_capacity];
-    DWORD length = FileApi<Char>::current_directory(path_capacity, directory);
-    if (length == 0 || length >= path_capacity || !has_drive(directory)) return 0;
-    const Char variable[] = {'=', directory[0], ':', 0};
-    FileApi<Char>::set_variable(variable, directory);
+    note_directory_of_drive();
     return 0;
 }
 

@@ -4,6 +4,7 @@
 
 #include <direct.h>
 #include <io.h>
+#include <limits.h>
 #include <stdlib.h>
 
 namespace vexrt {
@@ -28,6 +29,10 @@ Char *full_path(Char *buffer, const Char *path, size_t size) {
             return nullptr;
         }
         if (size < needed + 1) size = needed + 1;
+        if (size > INT_MAX) {
+            set_errno(ENOMEM);
+            return nullptr;
+        }
         to = static_cast<Char *>(malloc(size * sizeof(Char)));
         if (!to) return nullptr;
     }
@@ -54,6 +59,11 @@ void copy_part(Char *to, const Char *from, const Char *end) {
 
 template <typename Char>
 void split_path(const Char *path, Char *drive, Char *directory, Char *name, Char *extension) {
+    constexpr Char none = 0;
+    if (!path) {
+        set_errno(EINVAL);
+        path = &none;
+    }
     const Char *rest = path[0] && path[1] == ':' ? path + 2 : path;
     const Char *base = rest, *dot = nullptr, *end = rest;
     for (; *end; ++end) {
@@ -95,6 +105,7 @@ bool is_given(const Char *part) {
 template <typename Char>
 void make_path(Char *path, const Char *drive, const Char *directory, const Char *name,
                const Char *extension) {
+    if (!path) return set_errno(EINVAL);
     PathBuilder<Char> to(path);
     if (is_given(drive)) {
         to.add(*drive);
@@ -119,9 +130,10 @@ template <typename Char>
 bool find_in(const Char *directory, size_t length, const Char *file, Char *to) {
     size_t file_length = FileApi<Char>::length(file);
     Char path[path_capacity];
-    if (length + file_length + 2 > path_capacity) return false;
+    if (length >= path_capacity) return false;
     memcpy(path, directory, length * sizeof(Char));
     if (length && !is_slash(path[length - 1])) path[length++] = '\\';
+    if (length + file_length >= path_capacity) return false;
     memcpy(path + length, file, (file_length + 1) * sizeof(Char));
     return exists(path) && full_path(to, path, path_capacity);
 }

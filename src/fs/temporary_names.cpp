@@ -1,6 +1,5 @@
 // Names for temporary files: the directory of TEMP, "ctm", five octal digits that the thread counts
-// up,
-// ".tmp". Whether there is such a file is not looked at.
+// up, ".tmp". Whether there is such a file is not looked at.
 
 #include "core/constraint.h"
 #include "core/thread_record.h"
@@ -14,7 +13,7 @@ namespace vexrt {
 
 namespace {
 
-constexpr size_t name_capacity = 261;
+constexpr size_t name_capacity = 260;
 
 template <typename Char>
 struct Temporary;
@@ -33,7 +32,7 @@ template <typename Char>
 size_t next_name(Char *to) {
     const Char *directory = Temporary<Char>::directory();
     size_t length = directory ? FileApi<Char>::length(directory) : 0;
-    if (length + 14 >= name_capacity) length = 0; // then in the root of the current drive
+    if (length + 14 > name_capacity) length = 0; // then in the root of the current drive
     if (length) memcpy(to, directory, length * sizeof(Char));
     Char *at = to + length;
     for (const char *c = "\\ctm"; *c; ++c) *at++ = static_cast<Char>(*c);

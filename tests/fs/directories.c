@@ -109,7 +109,7 @@ static int remove_files(const wchar_t *path, const struct stat *status, int type
 
 static void test_walks(void)
 {
-    CHECK_INT(_ftw("fs-many", visit, 5), 0);
+    CHECK_INT(_ftw("fs-many/\\", visit, 5), 0);
     CHECK_INT(files, FILES + 1);
     CHECK_INT(directories, 2 + 1);
     files = 0;

@@ -43,6 +43,9 @@ int main(void)
     CHECK_INT(_msync(map, 100, MS_SYNC), 0);
     CHECK_INT(byte_at(4096 * 17 + 10), 'Q');
     CHECK_ERRNO(_munmap(map + 4096, 100), -1, EINVAL);
+    CHECK_ERRNO(_munmap(map - 4096, 100), -1, EINVAL); /* where the system's view begins */
+    CHECK_INT(_msync(map, SIZE - 4096 * 17, MS_SYNC), 0);
+    CHECK_ERRNO(_msync(map, SIZE * 10, MS_SYNC), -1, ENOMEM);
     CHECK_INT(_munmap(map, 1), 0);
     CHECK_ERRNO(_munmap(map, 1), -1, EINVAL);
     fd = open_file(O_RDWR);
@@ -65,6 +68,9 @@ int main(void)
     memset(anonymous, 'a', 100000);
     CHECK_ERRNO(_mmap(anonymous, 10, PROT_READ, MAP_SHARED | MAP_FIXED, fd, 0) == MAP_FAILED, 1, EINVAL);
     CHECK_INT(_munmap(anonymous, 100000), 0);
+    enum { FIXED = MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED };
+    CHECK_ERRNO(_mmap(anonymous + 4096, 10, PROT_READ, FIXED, -1, 0) == MAP_FAILED, 1, EINVAL);
+    CHECK_ERRNO(_mmap(NULL, 10, PROT_READ, FIXED, -1, 0) == MAP_FAILED, 1, EINVAL);
     map = _mmap(anonymous, 10, PROT_READ, MAP_SHARED | MAP_FIXED, fd, 0);
     CHECK(map == anonymous && map[150] == 1);
     CHECK_INT(_munmap(map, 10), 0);

@@ -45,7 +45,9 @@ static void test_split_and_make(void)
     memset(path, '#', sizeof path);
     _makepath(path, "c", part, part, ".e");
     CHECK(strlen(path) == 258 && path[259] == '#');
-    char name[261];
+    char name[261] = "left";
+    CHECK_ERRNO((_splitpath(NULL, NULL, NULL, name, NULL), *name), 0, EINVAL);
+    CHECK_ERRNO((_makepath(NULL, "c", "d", "n", "e"), 0), 0, EINVAL);
     name[260] = '#';
     _splitpath(part, NULL, NULL, name, NULL);
     CHECK(strlen(name) == 259 && name[260] == '#');
@@ -72,6 +74,7 @@ static void test_full(void)
     CHECK_ERRNO(_fullpath(buffer, "file", 5) == NULL, 1, ERANGE);
     CHECK_ERRNO(_fullpath(buffer, "c:\\a", 4) == NULL, 1, ERANGE);
     CHECK_STR(_fullpath(buffer, "c:\\a", 5), "c:\\a");
+    CHECK_ERRNO(_wfullpath(NULL, L"file", 0x80000001) == NULL, 1, ENOMEM); /* of 2 bytes, modulo 2^32 */
     CHECK_WSTR(_wfullpath(wide, L"c:\\\x20AC\\.", 300), L"c:\\\x20AC");
 }
 

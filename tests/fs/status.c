@@ -181,6 +181,10 @@ static void test_names(void)
     CHECK_ERRNO(remove("fs-dir"), -1, EACCES);
     CHECK_INT(_rmdir("fs-dir"), 0);
     CHECK_ERRNO(_chdir("fs-dir"), -1, ENOENT);
+    CHECK_ERRNO(_chdir(""), -1, ENOENT);
+    CHECK_ERRNO(_rmdir(""), -1, ENOENT);
+    CHECK_ERRNO(_wmkdir(L""), -1, ENOENT);
+    CHECK_ERRNO(rename("fs-dir", ""), -1, ENOENT);
     make_file("fs-target", "linked");
     if (_symlink("fs-target", "fs-link") == 0) {
         struct stat status;
@@ -189,6 +193,9 @@ static void test_names(void)
     } else {
         CHECK(errno == EPERM || errno == ENOSYS);
     }
+    CHECK_ERRNO(_symlink("fs-none", "fs-target"), -1, EEXIST);
+    CHECK_ERRNO(_symlink("", "x"), -1, ENOENT);
+    CHECK_ERRNO(_symlink("x", ""), -1, ENOENT);
     CHECK_ERRNO(_symlink(NULL, "x"), -1, EINVAL);
     CHECK_ERRNO(_wsymlink(L"x", NULL), -1, EINVAL);
     CHECK_WSTR(_wgetdcwd(0, NULL, 0), _wgetcwd(NULL, 0));
