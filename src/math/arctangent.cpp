@@ -56,8 +56,11 @@ float arctangent(float x) {
     auto [x_significand, x_exponent] = parts_of(x);
     Pair quotient =
         Pair{static_cast<double>(y_significand), 0} / Pair{static_cast<double>(x_significand), 0};
+    int power = y_exponent - x_exponent;
+    // The angle is less than the quotient: no subnormal result is exact.
+    if (power < 2 - FloatTraits<double>::bias) quotient.low -= quotient.high * 0x1p-58;
     if (sign_of(y)) quotient = -quotient;
-    return finish(quotient, y_exponent - x_exponent, {name, y, x});
+    return finish(quotient, power, {name, y, x});
 }
 
 bool is_on_axis(double x) { return magnitude_bits(x) - 1 >= infinity_bits<double> - 1; }

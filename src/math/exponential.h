@@ -37,12 +37,17 @@ inline ScaleStatus scaled_exponential(double &x, double y, int k) {
         x = infinity * y;
         return scaled_to_infinity;
     }
-    if (is_nan(x)) return scaled_exactly;
+    constexpr double negligible = 5.551115123125783e-17; // beside 1
+    if (__builtin_expect(!(absolute_value(x) >= negligible), false)) {
+        if (is_nan(x)) return scaled_exactly;
+        x = y;
+        return scale_truncating(x, k);
+    }
     double multiple = x * 1.4426950408889634;
     int g = truncated_integer(multiple < 0 ? multiple - 0.5 : multiple + 0.5);
     double r = (x - g * 0.6931470632553101) - g * 1.1730463525082348e-7;
     double mantissa = y;
-    if (absolute_value(r) >= 5.551115123125783e-17) {
+    if (absolute_value(r) >= negligible) {
         static constexpr double odd[] = {3.304120783105597e-5, 0.01388723295391838, 0.5};
         static constexpr double even[] = {0.0009917323526335046, 0.11110779924116565, 1};
         double square = r * r;

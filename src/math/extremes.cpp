@@ -12,7 +12,7 @@ namespace {
 // The first rank above the second: a number above a NaN, 0 above -0.
 template <typename Float>
 Float greater_of(Float x, Float y) {
-    if (is_nan(x)) return y + Float(0); // quiet
+    if (is_nan(x)) return is_nan(y) ? y + y : y; // quiet
     if (is_nan(y)) return x;
     if (x == y) return sign_of(x) ? y : x;
     return x > y ? x : y;
@@ -25,6 +25,12 @@ Float less_of(Float x, Float y) {
     return x < y ? x : y;
 }
 
+// A quarter, but of numbers so small that it would not be exact.
+template <typename Float>
+Float quarter_of(Float x) {
+    return exponent_field(x) > 2 ? x / 4 : 0;
+}
+
 template <typename Float>
 Float positive_difference(Float x, Float y, const char *name) {
     if (is_nan(x) || is_nan(y)) return x + y;
@@ -32,7 +38,7 @@ Float positive_difference(Float x, Float y, const char *name) {
     if (is_infinite(x) || is_infinite(y)) return Float(infinity);
     constexpr int large = FloatTraits<Float>::greatest_exponent - 2;
     bool may_overflow = exponent_field(x) >= large || exponent_field(y) >= large;
-    if (may_overflow && x / 4 - y / 4 > greatest_finite<Float> / 4)
+    if (may_overflow && quarter_of(x) - quarter_of(y) > greatest_finite<Float> / 4)
         return static_cast<Float>(report(MathError::overflow, {name, x, y}, infinity));
     return x - y;
 }

@@ -50,7 +50,8 @@ float logarithm(float x, const char *name) {
 
 double logarithm_of_successor(double x, const char *name) {
     if (absolute_value(x) < 0x1p-54) return tiny_result(x, name);
-    if (__builtin_expect(!(x > -1) || !is_finite(x), false)) return no_logarithm(x, x + 1, name);
+    if (__builtin_expect(!(x > -1 && x < 0x1p1000), false)) // 1 / x vanishes
+        return x > 0 ? logarithm<natural_logarithm>(x, name) : no_logarithm(x, x + 1, name);
     return plain_logarithm_of_successor(x);
 }
 

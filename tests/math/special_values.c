@@ -142,7 +142,7 @@ static const struct two twos[] = {
     {F(remainder), 5, 0, NAN, FE_INVALID}, {F(remainder), INF, 1, NAN, FE_INVALID}, {F(remainder), 5, -INF, 5},
     {F(remainder), 5, 2, 1}, {F(remainder), 7, 2, -1}, {F(remainder), -4, 2, -0.0}, {F(remainder), 3, 2, -1},
     {F(fdim), 3, 1, 2}, {F(fdim), 1, 3, 0}, {F(fdim), INF, INF, 0}, {F(fdim), INF, 3, INF}, {F(fdim), NAN, 3, NAN},
-    {F(fmax), NAN, 3, 3}, {F(fmax), -0.0, 0, 0}, {F(fmax), 0, -0.0, 0}, {F(fmax), -INF, NAN, -INF}, {F(fmax), 2, 7, 7},
+    {F(fmax), NAN, 3, 3}, {F(fmax), NAN, -0.0, -0.0}, {F(fmax), -0.0, 0, 0}, {F(fmax), 0, -0.0, 0}, {F(fmax), -INF, NAN, -INF}, {F(fmax), 2, 7, 7},
     {F(fmin), 3, NAN, 3}, {F(fmin), -0.0, 0, -0.0}, {F(fmin), 0, -0.0, -0.0}, {F(fmin), 2, 7, 2},
     {F(copysign), 3, -0.0, -3}, {F(copysign), -INF, 1, INF}, {F(nextafter), 1, 1, 1}, {F(nextafter), 0, -0.0, -0.0},
     {F(nextafter), INF, INF, INF},
@@ -288,6 +288,15 @@ static void test_subnormal(void)
     start(0);
     CHECK(hypot(0x1p-1074, 0x1p-1074) == 0x1p-1074);
     CHECK_INT(fetestexcept(WATCHED), FE_UNDERFLOW);
+    start(0);
+    CHECK(atan2(0x1p-1074, 1) == 0x1p-1074 && atan2(-0x3p-1074, 0.5) == -0x6p-1074);
+    CHECK_INT(fetestexcept(WATCHED), FE_UNDERFLOW);
+    CHECK_INT(errno, ERANGE);
+    /* subnormal arguments of results that are none */
+    start(0);
+    CHECK(exp(0x1p-1074) == 1 && cosh(-0x3p-1074) == 1 && fdim(DBL_MAX, -0x1p-1074) == DBL_MAX);
+    CHECK(fabs(log1p(DBL_MAX) - 709.782712893384) < 1e-12);
+    CHECK_INT(fetestexcept(WATCHED), 0);
 }
 
 /* rint reports what it rounds: FE_INEXACT, and ERANGE. nearbyint does not. */
