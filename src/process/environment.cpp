@@ -29,17 +29,18 @@ BOOL set_variable(const wchar_t *name, const wchar_t *value) {
 }
 
 // The value, in the copy; null when there is none. Lock 7 is held. The first letters settle most
-// cases.
+// cases. A name with a "=" in it reaches into the value of an entry whose own name is shorter.
 template <typename Char>
 Char *find_variable(const Char *name) {
     size_t length = length_of(name);
     const EnvironmentCopy<Char> &copy = environment_copy<Char>();
     for (unsigned i = 0; i < copy.count; ++i) {
         auto &variable = copy.variables[i];
-        if (variable.name_length != length) continue;
+        if (variable.name_length > length) continue;
         if (((*variable.text ^ *name) & ~0x20) != 0 && static_cast<unsigned>(*name) < 0x80)
             continue;
-        if (equal_but_for_case(variable.text, name, length)) return variable.text + length + 1;
+        if (equal_but_for_case(variable.text, name, length) && variable.text[length] == '=')
+            return variable.text + length + 1;
     }
     return nullptr;
 }
@@ -55,7 +56,7 @@ template <typename Char>
 errno_t get_variable_s(size_t *length, Char *buffer, rsize_t size, const Char *name) {
     if (length) *length = 0;
     bool usable = size == 0 || (buffer && size <= RSIZE_MAX);
-    if (usable && size) *buffer = 0;
+    if (buffer && size) *buffer = 0;
     if (!usable || !name) return report_constraint(EINVAL);
     Locked guard(numbered_lock(lock_environment));
     const Char *value = find_variable(name);

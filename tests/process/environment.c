@@ -19,6 +19,7 @@ static void test_variables(void)
     CHECK(!getenv("other"));
     CHECK_INT(_putenv("vexed=a=b"), 0);
     CHECK_STR(getenv("Vexed"), "a=b");
+    CHECK_STR(getenv("vexed=A"), "b"); /* the entry's first characters and a "=" are all that is looked at */
     CHECK_STR(getenv("OTHER"), "\xE9");
     CHECK_INT(_putenv("vexed="), 0);
     CHECK(!getenv("Vexed"));
@@ -39,7 +40,9 @@ static void test_variables(void)
     CHECK_INT(getenv_s(&length, value, 8, "none such"), ENOENT);
     CHECK(length == 0 && !*value);
     CHECK_INT(getenv_s(&length, NULL, 1, "vexed"), EINVAL);
+    *value = 'x';
     CHECK_INT(getenv_s(&length, value, 0x80000000, "vexed"), EINVAL);
+    CHECK_INT(*value, 0);
     CHECK_INT(getenv_s(&length, value, 8, NULL), EINVAL);
     _wputenv(L"vexed=123");
     CHECK_INT(_wgetenv_s(&length, wide, 4, L"VEXED"), 0);
