@@ -53,6 +53,7 @@ inline int take_power_out(Pair &factor) {
 // a b 2^power, |power| < 2200.
 inline double scaled_product(Pair a, Pair b, int power) {
     power += take_power_out(a) + take_power_out(b);
+    if (power == 0) return sum_of(a * b);
     return scaled(a * b, power > -3000 ? power : -3000);
 }
 

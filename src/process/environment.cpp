@@ -28,21 +28,36 @@ BOOL set_variable(const wchar_t *name, const wchar_t *value) {
     return SetEnvironmentVariableW(name, value);
 }
 
+// A name with a "=" in it reaches into the value of an entry whose own name is shorter.
+template <typename Char>
+[[gnu::cold, gnu::noinline]] Char *find_within_value(const Char *name, size_t length) {
+    size_t own = 0;
+    while (own < length && name[own] != '=') ++own;
+    if (own == length) return nullptr;
+    const EnvironmentCopy<Char> &copy = environment_copy<Char>();
+    for (unsigned i = 0; i < copy.count; ++i) {
+        auto &variable = copy.variables[i];
+        if (variable.name_length == own && equal_but_for_case(variable.text, name, length) &&
+            variable.text[length] == '=')
+            return variable.text + length + 1;
+    }
+    return nullptr;
+}
+
 // The value, in the copy; null when there is none. Lock 7 is held. The first letters settle most
-// cases. A name with a "=" in it reaches into the value of an entry whose own name is shorter.
+// cases.
 template <typename Char>
 Char *find_variable(const Char *name) {
     size_t length = length_of(name);
     const EnvironmentCopy<Char> &copy = environment_copy<Char>();
     for (unsigned i = 0; i < copy.count; ++i) {
         auto &variable = copy.variables[i];
-        if (variable.name_length > length) continue;
+        if (variable.name_length != length) continue;
         if (((*variable.text ^ *name) & ~0x20) != 0 && static_cast<unsigned>(*name) < 0x80)
             continue;
-        if (equal_but_for_case(variable.text, name, length) && variable.text[length] == '=')
-            return variable.text + length + 1;
+        if (equal_but_for_case(variable.text, name, length)) return variable.text + length + 1;
     }
-    return nullptr;
+    return find_within_value(name, length);
 }
 
 template <typename Char>
