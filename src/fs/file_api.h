@@ -26,6 +26,9 @@ struct FileApi;
         using Data = FIND_DATA<Char>;                                                              \
         static size_t length(const Char *text) { return text_length(text); }                       \
         static DWORD attributes(const Char *path) { return GetFileAttributes##Suffix(path); }      \
+        static BOOL all_attributes(const Char *path, FILE_ATTRIBUTE_DATA *data) {                  \
+            return GetFileAttributesEx##Suffix(path, 0, data);                                     \
+        }                                                                                          \
         static BOOL set_attributes(const Char *path, DWORD attributes) {                           \
             return SetFileAttributes##Suffix(path, attributes);                                    \
         }                                                                                          \

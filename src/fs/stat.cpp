@@ -106,16 +106,40 @@ bool is_existing_root(const Char *path) {
     return (length == 3 || is_share_root(full)) && FileApi<Char>::drive_type(full) > 1;
 }
 
+// Whether the attributes of a path and what a search finds are the same. A search refuses a
+// separator at the end and the streams of a file; dots and network shares are left to it, too.
+template <typename Char>
+bool is_plain(const Char *path) {
+    if (is_slash(path[0]) && is_slash(path[1])) return false;
+    Char last = '.';
+    for (const Char *at = has_drive(path) ? path + 2 : path; *at; ++at) {
+        if (*at == ':') return false;
+        last = *at;
+    }
+    return !is_slash(last) && last != '.' && last != ' ';
+}
+
+// The data of a file: where it can be, not by a search, which may read the whole directory.
+template <typename Char>
+bool find_file(const Char *path, FILE_ATTRIBUTE_DATA &data) {
+    if (is_plain(path) && FileApi<Char>::all_attributes(path, &data)) return true;
+    FIND_DATA<Char> found;
+    HANDLE search = FileApi<Char>::find_first(path, &found);
+    if (search == INVALID_HANDLE_VALUE) return false;
+    FindClose(search);
+    data = {found.attributes, found.created,   found.accessed,
+            found.written,    found.size_high, found.size_low};
+    return true;
+}
+
 template <typename Char>
 bool look_up(const Char *path, Status &status) {
     constexpr auto unknown = static_cast<time_t>(-1);
-    FIND_DATA<Char> data;
-    HANDLE search = FileApi<Char>::find_first(path, &data);
-    if (search == INVALID_HANDLE_VALUE) {
+    FILE_ATTRIBUTE_DATA data;
+    if (!find_file(path, data)) {
         status = {FILE_ATTRIBUTE_DIRECTORY, 0, unknown, unknown, unknown};
         return is_existing_root(path);
     }
-    FindClose(search);
     status = {data.attributes, uint64_t{data.size_high} << 32 | data.size_low,
               calendar_time_of(data.accessed), calendar_time_of(data.written),
               calendar_time_of(data.created)};

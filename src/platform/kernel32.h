@@ -78,6 +78,13 @@ struct FIND_DATA {
 };
 static_assert(sizeof(FIND_DATA<char>) == 320 && sizeof(FIND_DATA<wchar_t>) == 592);
 
+// WIN32_FILE_ATTRIBUTE_DATA: what a search finds begins with the same.
+struct FILE_ATTRIBUTE_DATA {
+    DWORD attributes;
+    FILETIME created, accessed, written;
+    DWORD size_high, size_low;
+};
+
 struct BY_HANDLE_FILE_INFORMATION {
     DWORD attributes;
     FILETIME created, accessed, written;
@@ -369,6 +376,8 @@ VEXRT_IMPORT BOOL __stdcall FlushViewOfFile(const void *, SIZE_T);
 VEXRT_IMPORT BOOL __stdcall VirtualProtect(void *, SIZE_T, DWORD protect, DWORD *old);
 VEXRT_IMPORT DWORD __stdcall GetFileAttributesA(const char *);
 VEXRT_IMPORT DWORD __stdcall GetFileAttributesW(const wchar_t *);
+VEXRT_IMPORT BOOL __stdcall GetFileAttributesExA(const char *, int level, FILE_ATTRIBUTE_DATA *);
+VEXRT_IMPORT BOOL __stdcall GetFileAttributesExW(const wchar_t *, int level, FILE_ATTRIBUTE_DATA *);
 VEXRT_IMPORT DWORD __stdcall SetFilePointer(HANDLE, LONG, LONG *high, DWORD origin);
 VEXRT_IMPORT BOOL __stdcall SetFilePointerEx(HANDLE, LARGE_INTEGER, LARGE_INTEGER *, DWORD origin);
 VEXRT_IMPORT BOOL __stdcall SetEndOfFile(HANDLE);

@@ -93,6 +93,33 @@ static void test_shares(void)
     script_restore();
 }
 
+static int __stdcall refuse(const char *path, int level, void *data) { return 0; }
+
+/* A file's attributes are taken without a search, where they are the same: every name comes to what a search
+   alone makes of it. */
+static void test_searches(void)
+{
+    static const char *const paths[] = {
+        "fs-file.txt", "FS-FILE.TXT", ".\\fs-file.txt", "fs-file.txt.", "fs-file.txt ", "fs-file.txt\\",
+        "fs-file.txt\\x", "fs-file.txt:x", "fs-file.txt::$DATA", "fs-file<", "fs-file\"txt", "fs-file.tx>",
+        "fs-none", "", ".", "..", "...", " ", "\\", "/", "\\\\", "\\\\.\\nul", "nul", "con", "nul.txt", "c:", "c:\\",
+        "c:\\.", "c:\\windows", "c:\\windows\\", "c:/windows/.", "c:\\windows\\..", "c:fs-file.txt",
+        "c:\\windows\\system32\\kernel32.dll", "c:\\windows\\system32\\none.dll", "\\windows", "q:\\none"};
+    for (size_t i = 0; i < sizeof paths / sizeof *paths; ++i) {
+        struct stat quick, slow;
+        memset(&quick, 0, sizeof quick);
+        memset(&slow, 0, sizeof slow);
+        check_label = paths[i];
+        errno = 0;
+        int result = _stat(paths[i], &quick), error = errno;
+        script_import("GetFileAttributesExA", refuse);
+        CHECK_ERRNO(_stat(paths[i], &slow), result, error);
+        script_restore();
+        CHECK_MEM(&quick, &slow, sizeof slow);
+    }
+    check_label = "";
+}
+
 static void test_descriptors(void)
 {
     struct stat status;
@@ -220,6 +247,7 @@ int main(void)
 {
     test_status();
     test_shares();
+    test_searches();
     test_descriptors();
     test_times();
     test_names();
