@@ -108,7 +108,7 @@ int _read(int fd, void *buf, unsigned int count);
 /*
  * Writes `count` bytes. Returns how many of them were accounted for. In text mode LF becomes CR LF;
  * the text goes out in chunks of 2047 bytes, and one byte behind every full chunk is left out: pass
- * at most 1023 bytes at a time, as the streams do. EPIPE: nobody reads the pipe; ENOSPC: the disk is
+ * at most 1024 bytes at a time, as the streams do. EPIPE: nobody reads the pipe; ENOSPC: the disk is
  * full; EINVAL: an odd count in a Unicode mode.
  */
 int _write(int fd, const void *buf, unsigned int count);
