@@ -28,36 +28,22 @@ BOOL set_variable(const wchar_t *name, const wchar_t *value) {
     return SetEnvironmentVariableW(name, value);
 }
 
-// A name with a "=" in it reaches into the value of an entry whose own name is shorter.
+// The value, in the copy; null when there is none. Lock 7 is held. The first letters settle most
+// cases. A name with a '=' in it reaches into the value of a shorter one.
 template <typename Char>
-[[gnu::cold, gnu::noinline]] Char *find_within_value(const Char *name, size_t length) {
-    size_t own = 0;
-    while (own < length && name[own] != '=') ++own;
-    if (own == length) return nullptr;
+Char *find_variable(const Char *name) {
+    unsigned own_length = name_length_of(name);
+    size_t length = own_length + length_of(name + own_length);
     const EnvironmentCopy<Char> &copy = environment_copy<Char>();
     for (unsigned i = 0; i < copy.count; ++i) {
         auto &variable = copy.variables[i];
-        if (variable.name_length == own && equal_but_for_case(variable.text, name, length) &&
-            variable.text[length] == '=')
+        if (variable.name_length != own_length) continue;
+        if (((*variable.text ^ *name) & ~0x20) != 0 && static_cast<unsigned>(*name) < 0x80)
+            continue;
+        if (equal_but_for_case(variable.text, name, length) && variable.text[length] == '=')
             return variable.text + length + 1;
     }
     return nullptr;
-}
-
-// The value, in the copy; null when there is none. Lock 7 is held. The first letters settle most
-// cases.
-template <typename Char>
-Char *find_variable(const Char *name) {
-    size_t length = length_of(name);
-    const EnvironmentCopy<Char> &copy = environment_copy<Char>();
-    for (unsigned i = 0; i < copy.count; ++i) {
-        auto &variable = copy.variables[i];
-        if (variable.name_length != length) continue;
-        if (((*variable.text ^ *name) & ~0x20) != 0 && static_cast<unsigned>(*name) < 0x80)
-            continue;
-        if (equal_but_for_case(variable.text, name, length)) return variable.text + length + 1;
-    }
-    return find_within_value(name, length);
 }
 
 template <typename Char>
@@ -87,8 +73,7 @@ errno_t get_variable_s(size_t *length, Char *buffer, rsize_t size, const Char *n
 template <typename Char>
 int put_variable(const Char *string) {
     if (!string) return -1;
-    size_t name_length = 0;
-    while (string[name_length] && string[name_length] != '=') ++name_length;
+    size_t name_length = name_length_of(string);
     if (!string[name_length]) return -1;
     size_t size = (name_length + 1) * sizeof(Char);
     auto *name = static_cast<Char *>(malloc(size));

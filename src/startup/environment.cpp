@@ -35,13 +35,6 @@ void for_each_variable(const Char *block, Use use) {
 }
 
 template <typename Char>
-unsigned name_length_of(const Char *variable) {
-    unsigned length = 0;
-    while (variable[length] && variable[length] != '=') ++length;
-    return length;
-}
-
-template <typename Char>
 EnvironmentCopy<Char> captured_environment() {
     static constexpr Char empty[1] = {};
     Char *system = system_block(Char());

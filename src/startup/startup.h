@@ -26,6 +26,15 @@ struct EnvironmentCopy {
 };
 template <typename Char>
 EnvironmentCopy<Char> &environment_copy();
+
+// Up to the '=', or the whole text where there is none.
+template <typename Char>
+unsigned name_length_of(const Char *variable) {
+    unsigned length = 0;
+    while (variable[length] && variable[length] != '=') ++length;
+    return length;
+}
+
 template <typename Char>
 void recapture_environment();
 void capture_environment(); // at attach

@@ -313,6 +313,12 @@ Tree *random_either(int depth) {
     return grow_extended && random_below(4) == 0 ? node(Tree::either, tree, random_either(depth)) : tree;
 }
 
+void write_text(char *to, unsigned length, const char *letters) {
+    auto count = static_cast<unsigned>(strlen(letters));
+    for (unsigned i = 0; i < length; ++i) to[i] = letters[random_below(count)];
+    to[length] = '\0';
+}
+
 void run_random(long count) {
     while (count > 0) {
         grow_extended = random_below(4) != 0;
@@ -331,9 +337,7 @@ void run_random(long count) {
         printer.print(tree);
         for (int i = 0; i < 8 && count > 0; ++i, --count) {
             char text[16];
-            unsigned length = random_below(10);
-            for (unsigned j = 0; j < length; ++j) text[j] = "aaabbb\nc"[random_below(8)];
-            text[length] = '\0';
+            write_text(text, random_below(10), "aaabbb\nc");
             run(c, tree, text, true);
         }
         release(tree);
@@ -383,9 +387,7 @@ void run_back_references(long count) {
         printer.print(tree);
         for (int i = 0; i < 8 && count > 0; ++i, --count) {
             char text[16];
-            unsigned length = random_below(9);
-            for (unsigned j = 0; j < length; ++j) text[j] = "aab"[random_below(3)];
-            text[length] = '\0';
+            write_text(text, random_below(9), "aab");
             c.text = text;
             Offsets due, got;
             int matched = Trials(text).match(tree, due);

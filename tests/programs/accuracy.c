@@ -3,10 +3,8 @@
  * functions and prints the greatest error of each, in units in the last place, and where it is.
  * Fails when one is above the bound that came with it.
  */
-#include "points.h"
+#include "measure.h"
 
-#include <fcntl.h>
-#include <io.h>
 #include <stdlib.h>
 
 typedef double one_double(double);
@@ -85,15 +83,4 @@ static int measure(const struct header *h)
     return ok;
 }
 
-int main(void)
-{
-    struct header h;
-    int functions_read = 0, failed = 0;
-    _setmode(0, O_BINARY);
-    while (fread(&h, sizeof h, 1, stdin) == 1) {
-        failed += !measure(&h);
-        ++functions_read;
-    }
-    printf("%d passed, %d failed\n", functions_read - failed, failed);
-    return failed || !functions_read;
-}
+int main(void) { return measure_functions(measure); }
