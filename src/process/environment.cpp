@@ -21,6 +21,12 @@ bool equal_but_for_case(const char *a, const char *b, size_t n) { return _strnic
 bool equal_but_for_case(const wchar_t *a, const wchar_t *b, size_t n) {
     return _wcsnicmp(a, b, n) == 0;
 }
+const char *find_equals_sign(const char *text, size_t length) {
+    return static_cast<const char *>(memchr(text, '=', length));
+}
+const wchar_t *find_equals_sign(const wchar_t *text, size_t length) {
+    return wmemchr(text, L'=', length);
+}
 BOOL set_variable(const char *name, const char *value) {
     return SetEnvironmentVariableA(name, value);
 }
@@ -32,8 +38,9 @@ BOOL set_variable(const wchar_t *name, const wchar_t *value) {
 // cases. A name with a '=' in it reaches into the value of a shorter one.
 template <typename Char>
 Char *find_variable(const Char *name) {
-    unsigned own_length = name_length_of(name);
-    size_t length = own_length + length_of(name + own_length);
+    size_t length = length_of(name), own_length = length;
+    if (const Char *end = find_equals_sign(name, length))
+        own_length = static_cast<size_t>(end - name);
     const EnvironmentCopy<Char> &copy = environment_copy<Char>();
     for (unsigned i = 0; i < copy.count; ++i) {
         auto &variable = copy.variables[i];
